@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/UserSettings.h"
+
+#include <QString>
+
+#include <memory>
+
+class QSettings;
+
+namespace kelvora {
+
+// The settings store: an INI file whose sections are "lastuser" and one per user name.
+// Every value is text; a read gives its default when the key is absent. An empty
+// section name is refused so that an empty user can never write outside a profile.
+class SettingsStore {
+public:
+    explicit SettingsStore(const QString &iniPath);
+    ~SettingsStore();
+    SettingsStore(const SettingsStore &) = delete;
+    SettingsStore &operator=(const SettingsStore &) = delete;
+
+    QString fileName() const;
+
+    QString value(const QString &section, const QString &key, const QString &defaultValue) const;
+    QString value(const QString &section, const SettingKey &key) const;
+    bool setValue(const QString &section, const QString &key, const QString &value);
+
+    QString lastUser() const; // default "défaut"
+    bool setLastUser(const QString &name);
+
+    // Deletes the whole application: every profile and the last user.
+    void removeAll();
+    void sync();
+
+private:
+    std::unique_ptr<QSettings> m_settings;
+};
+
+} // namespace kelvora

@@ -1,0 +1,295 @@
+#include "CliApp.h"
+
+#include "app/AppPaths.h"
+#include "app/SettingsStore.h"
+#include "core/Numbers.h"
+#include "core/TextUtils.h"
+#include "core/Windows1252.h"
+#include "morse/PatternLookup.h"
+#include "morse/SoundRenderer.h"
+#include "morse/SoundSettings.h"
+#include "words/WordDatabase.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QIODevice>
+#include <QTextStream>
+
+#include <map>
+#include <optional>
+
+namespace kelvora::cli {
+
+namespace {
+
+constexpr int exitOk = 0;
+constexpr int exitError = 2;
+
+struct UsageError {
+    QString message;
+};
+
+// Options that take a value, global and per command.
+const QStringList valueOptions = {
+    "--root", "--settings", "--user", "--wpm", "--word", "--freq", "--volume", "--ct", "--cs",
+    "--cl", "--cm", "--sup", "--deb", "--fin", "--debfin", "--text", "--file", "--selection",
+    "-o", "--txt",
+};
+
+struct Command {
+    std::map<QString, QString> options;
+    QStringList positional;
+};
+
+Command parse(const QStringList &arguments)
+{
+    Command c;
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        QString arg = arguments[i];
+        if (arg == "--help" || arg == "-h") {
+            c.options["--help"] = QString();
+            continue;
+        }
+        if (arg.startsWith('-') && arg.size() > 1) {
+            QString value;
+            bool inlineValue = false;
+            if (arg.startsWith("--") && arg.contains('=')) {
+                value = arg.mid(arg.indexOf('=') + 1);
+                arg = arg.left(arg.indexOf('='));
+                inlineValue = true;
+            }
+            if (!valueOptions.contains(arg))
+                throw UsageError{QStringLiteral("Option inconnue : %1").arg(arg)};
+            if (!inlineValue) {
+                if (i + 1 >= arguments.size())
+                    throw UsageError{QStringLiteral("Il manque la valeur de l'option %1.").arg(arg)};
+                value = arguments[++i];
+            }
+            c.options[arg] = value;
+        } else {
+            c.positional << arg;
+        }
+    }
+    return c;
+}
+
+std::optional<QString> option(const Command &c, const QString &name)
+{
+    const auto it = c.options.find(name);
+    if (it == c.options.end())
+        return std::nullopt;
+    return it->second;
+}
+
+SoundSettings soundSettings(const Command &c, const SettingsStore &store, const QString &user)
+{
+    SoundSettings s = SoundSettings::fromProfile(store, user);
+    const std::pair<const char *, QString SoundSettings::*> overrides[] = {
+        {"--wpm", &SoundSettings::vitesse}, {"--word", &SoundSettings::mot},
+        {"--freq", &SoundSettings::frequence}, {"--volume", &SoundSettings::volume},
+        {"--ct", &SoundSettings::ct}, {"--cs", &SoundSettings::cs},
+        {"--cl", &SoundSettings::cl}, {"--cm", &SoundSettings::cm},
+        {"--sup", &SoundSettings::sup}, {"--deb", &SoundSettings::deb},
+        {"--fin", &SoundSettings::fin},
+    };
+    for (const auto &[name, member] : overrides) {
+        if (const auto v = option(c, name))
+            s.*member = *v;
+    }
+    if (const auto v = option(c, "--debfin")) {
+        if (*v != "0" && *v != "1")
+            throw UsageError{QStringLiteral("--debfin attend 0 ou 1, pas « %1 ».").arg(*v)};
+        s.debfin = *v == "1";
+    }
+    s.applyClamps();
+    return s;
+}
+
+QString readText(const Command &c, QIODevice &in)
+{
+    if (const auto t = option(c, "--text"))
+        return *t;
+    if (const auto f = option(c, "--file")) {
+        QFile file(*f);
+        if (!file.open(QIODevice::ReadOnly))
+            throw UsageError{QStringLiteral("Impossible de lire le fichier « %1 » : %2")
+                                 .arg(*f, file.errorString())};
+        return windows1252::decode(file.readAll());
+    }
+    QString text = QString::fromUtf8(in.readAll());
+    if (text.endsWith("\r\n"))
+        text.chop(2);
+    else if (text.endsWith('\n'))
+        text.chop(1);
+    return text;
+}
+
+void parseSelection(const QString &spec, qsizetype *start, qsizetype *length)
+{
+    const QStringList parts = spec.split(',');
+    bool okStart = false;
+    bool okLength = false;
+    if (parts.size() == 2) {
+        *start = parts[0].trimmed().toLongLong(&okStart);
+        *length = parts[1].trimmed().toLongLong(&okLength);
+    }
+    if (!okStart || !okLength || *start < 0 || *length < 0)
+        throw UsageError{QStringLiteral("--selection attend DEBUT,LONGUEUR (deux nombres positifs "
+                                        "ou nuls), pas « %1 ».")
+                             .arg(spec)};
+}
+
+int timingCommand(const SoundSettings &s, PatternLookup &lookup, QTextStream &out,
+                  QTextStream &err)
+{
+    const TimingResult r = CALCCONFIG(s.timingInputs(), lookup);
+    if (!r.ok) {
+        err << r.error << '\n';
+        return exitError;
+    }
+    const TimingGrid &g = r.grid;
+    const std::pair<const char *, double> lines[] = {
+        {"NP", g.NP}, {"NT", g.NT}, {"ES", g.ES}, {"EL", g.EL}, {"EM", g.EM},
+        {"VP", g.VP}, {"VT", g.VT}, {"VS", g.VS}, {"VL", g.VL}, {"VM", g.VM},
+        {"TT", g.TT}, {"dot", r.plan.dot}, {"dash", r.plan.dash},
+        {"elementGap", r.plan.elementGap}, {"letterGap", r.plan.letterGap},
+        {"wordGap", r.plan.wordGap},
+    };
+    for (const auto &[name, value] : lines)
+        out << name << '=' << numbers::format(value) << '\n';
+    out << r.information << '\n';
+    return exitOk;
+}
+
+int patternCommand(const Command &c, PatternLookup &lookup, QTextStream &out, QTextStream &err)
+{
+    if (c.positional.size() != 2)
+        throw UsageError{QStringLiteral("La commande pattern attend un caractère.")};
+    const QString &character = c.positional[1];
+    if (text::characterCount(character) != 1)
+        throw UsageError{QStringLiteral("La commande pattern attend un seul caractère, pas « %1 ».")
+                             .arg(character)};
+    QString error;
+    const RefRow row = lookup.findRow(character, &error);
+    if (!error.isEmpty()) {
+        err << error << '\n';
+        return exitError;
+    }
+    if (!lookup.hasCurrentRow()) {
+        err << QStringLiteral("Le caractère « %1 » n'a pas de ligne dans la table de référence.")
+                   .arg(character)
+            << '\n';
+        return exitError;
+    }
+    out << row.cw << '\t' << row.wav << '\n';
+    return exitOk;
+}
+
+int renderCommand(const Command &c, const SoundSettings &s, const AppPaths &paths,
+                  PatternLookup &lookup, QIODevice &in, QTextStream &out, QTextStream &err)
+{
+    if (c.positional.size() != 1)
+        throw UsageError{QStringLiteral("La commande render ne prend pas d'argument ; le texte "
+                                        "vient de --text, --file ou de l'entrée standard.")};
+    RenderRequest request;
+    // The selection counts in the text as the box shows it, after the trim.
+    request.exerciseText = text::trimBlanks(readText(c, in));
+    if (const auto sel = option(c, "--selection"))
+        parseSelection(*sel, &request.selectionStart, &request.selectionLength);
+    request.debfin = s.debfin;
+    request.deb = s.deb;
+    request.fin = s.fin;
+    request.wavPath = option(c, "-o").value_or(paths.testWavPath);
+    request.textPath = option(c, "--txt").value_or(paths.testTextPath);
+
+    const TimingResult timing = CALCCONFIG(s.timingInputs(), lookup);
+    if (!timing.ok) {
+        err << timing.error << '\n';
+        return exitError;
+    }
+    request.tone = s.toneSettings(timing.plan);
+    const RenderResult r = test(request, lookup);
+    if (!r.ok) {
+        err << r.error << '\n';
+        return exitError;
+    }
+    if (!QFileInfo::exists(request.wavPath)) {
+        err << QStringLiteral("Impossible d'écrire le fichier son « %1 ».").arg(request.wavPath)
+            << '\n';
+        return exitError;
+    }
+    out << QStringLiteral("Fichier écrit : ") << request.wavPath << '\n';
+    out << QStringLiteral("Durée : ") << numbers::format(r.durationSeconds()) << " s\n";
+    if (r.truncated)
+        err << QStringLiteral("Attention : le son a été arrêté à la taille maximale d'un fichier "
+                              "WAV (4 Gio).")
+            << '\n';
+    return exitOk;
+}
+
+} // namespace
+
+QString usage()
+{
+    return QStringLiteral(
+        "Usage : kelvora-cli [--root DOSSIER] [--settings FICHIER] [--user NOM] [options du son] "
+        "COMMANDE [options]\n"
+        "\n"
+        "Options du son (remplacent la valeur du profil pour cette exécution) :\n"
+        "  --wpm N --word MOT --freq F --volume V --ct N --cs N --cl N --cm N --sup X\n"
+        "  --deb SIGNE --fin SIGNE --debfin 0|1\n"
+        "\n"
+        "Commandes :\n"
+        "  timing        affiche le calcul du timing (NOM=valeur) et la ligne d'information\n"
+        "  pattern C     affiche le motif et le fichier son du caractère C\n"
+        "  render        écrit le son du texte (--text T, --file F en Windows-1252, ou l'entrée\n"
+        "                standard en UTF-8) ; --selection DEBUT,LONGUEUR ; -o WAV ; --txt TXT\n");
+}
+
+int run(const QStringList &arguments, const QString &executableDir, QTextStream &out,
+        QTextStream &err, QIODevice &in)
+{
+    try {
+        const Command c = parse(arguments);
+        if (c.options.count("--help")) {
+            out << usage();
+            return exitOk;
+        }
+        if (c.positional.isEmpty())
+            throw UsageError{QStringLiteral("Il manque la commande (timing, pattern ou render).")};
+        const QString command = c.positional.first();
+        if (command != "timing" && command != "pattern" && command != "render")
+            throw UsageError{QStringLiteral("Commande inconnue : %1").arg(command)};
+
+        const AppPaths paths = AppPaths::fromProgramDir(resolveProgramDir(
+            arguments, qEnvironmentVariable("KELVORA_ROOT"), executableDir));
+        const SettingsStore store(
+            resolveSettingsPath(arguments, qEnvironmentVariable("KELVORA_SETTINGS")));
+        QString user = option(c, "--user").value_or(store.lastUser());
+        if (user.isEmpty())
+            throw UsageError{QStringLiteral("Le nom d'utilisateur ne peut pas être vide.")};
+        const SoundSettings settings = soundSettings(c, store, user);
+
+        if (!QFileInfo::exists(paths.wordDatabasePath)) {
+            err << QStringLiteral("Base de mots introuvable : %1").arg(paths.wordDatabasePath)
+                << '\n';
+            return exitError;
+        }
+        WordDatabase database(paths.wordDatabasePath, WordDatabase::OpenMode::ReadOnly);
+        if (!database.isOpen()) {
+            err << database.errorString() << '\n';
+            return exitError;
+        }
+        PatternLookup lookup(database);
+        if (command == "timing")
+            return timingCommand(settings, lookup, out, err);
+        if (command == "pattern")
+            return patternCommand(c, lookup, out, err);
+        return renderCommand(c, settings, paths, lookup, in, out, err);
+    } catch (const UsageError &e) {
+        err << e.message << "\n\n" << usage();
+        return exitError;
+    }
+}
+
+} // namespace kelvora::cli

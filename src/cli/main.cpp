@@ -1,0 +1,21 @@
+#include "CliApp.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTextStream>
+
+#include <cstdio>
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    QFile in;
+    in.open(stdin, QIODevice::ReadOnly);
+    const int status = kelvora::cli::run(app.arguments(), QCoreApplication::applicationDirPath(),
+                                         out, err, in);
+    out.flush();
+    err.flush();
+    return status;
+}

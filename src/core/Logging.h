@@ -1,0 +1,8 @@
+#pragma once
+
+#include <QLoggingCategory>
+
+Q_DECLARE_LOGGING_CATEGORY(lcApp)
+Q_DECLARE_LOGGING_CATEGORY(lcMorse)
+Q_DECLARE_LOGGING_CATEGORY(lcWords)
+Q_DECLARE_LOGGING_CATEGORY(lcPlayback)

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstdint>
+
+namespace kelvora::random {
+
+// The program's one random source: uniform in [0, 1), seeded from the clock at start.
+double rnd();
+void seed(std::uint64_t value);
+void seedFromClock();
+// Int(rnd() * n) + base, the form every draw of the program takes.
+int draw(int n, int base = 0);
+
+} // namespace kelvora::random

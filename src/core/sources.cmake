@@ -1,0 +1,12 @@
+list(APPEND KELVORA_CORE_SOURCES
+  ${CMAKE_CURRENT_SOURCE_DIR}/core/Numbers.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/core/Numbers.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/core/TextUtils.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/core/TextUtils.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/core/Windows1252.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/core/Windows1252.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/core/Random.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/core/Random.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/core/Logging.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/core/Logging.cpp
+)

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace kelvora {
+
+class WordDatabase;
+
+struct RefRow {
+    QString car;
+    QString cw;
+    QString wav;
+};
+
+// The one lookup every user of the reference table performs. It behaves like one
+// cursor on the table: a character without a row gives the row found last (never an
+// error), and before any row has been found, an empty pattern. Nothing is cached, so
+// an edit of `ref` is heard at the next lookup.
+class PatternLookup {
+public:
+    explicit PatternLookup(WordDatabase &database);
+
+    // The row for one character (lower-cased, case-insensitive match). `error` receives
+    // a database failure; the row is then the previous one too.
+    RefRow findRow(const QString &character, QString *error = nullptr);
+    QString findPattern(const QString &character, QString *error = nullptr)
+    {
+        return findRow(character, error).cw;
+    }
+
+    bool hasCurrentRow() const { return m_current.has_value(); }
+    void forgetCurrentRow() { m_current.reset(); }
+
+    // `car = "x"`, with a double quote doubled.
+    static QString condition(const QString &character);
+
+private:
+    WordDatabase &m_database;
+    std::optional<RefRow> m_current;
+};
+
+} // namespace kelvora

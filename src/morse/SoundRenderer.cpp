@@ -1,0 +1,190 @@
+#include "morse/SoundRenderer.h"
+
+#include "core/TextUtils.h"
+#include "core/Windows1252.h"
+#include "morse/PatternLookup.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cstring>
+
+namespace kelvora {
+
+namespace {
+
+// Appends sample buffers to the open file through one large block, stopping for good
+// at the size limit. Write errors are skipped: the header is made from the file's real
+// length afterwards.
+class SampleSink {
+public:
+    SampleSink(QFile &file, quint64 limit)
+        : m_file(file)
+        , m_limit(limit)
+    {
+        m_block.reserve(blockSize);
+    }
+    ~SampleSink() { flush(); }
+
+    void append(const QByteArray &samples)
+    {
+        if (m_truncated || samples.isEmpty())
+            return;
+        qsizetype size = samples.size();
+        if (m_written + quint64(size) > m_limit) {
+            size = qsizetype(m_limit - m_written);
+            m_truncated = true;
+        }
+        m_written += quint64(size);
+        const char *data = samples.constData();
+        while (size > 0) {
+            const qsizetype room = blockSize - m_block.size();
+            if (room == 0) {
+                flush();
+                continue;
+            }
+            const qsizetype n = std::min(room, size);
+            m_block.append(data, n);
+            data += n;
+            size -= n;
+        }
+    }
+
+    void flush()
+    {
+        if (!m_block.isEmpty() && m_file.isOpen())
+            m_file.write(m_block);
+        m_block.clear();
+    }
+
+    bool truncated() const { return m_truncated; }
+
+private:
+    static constexpr qsizetype blockSize = 1 << 20;
+    QFile &m_file;
+    quint64 m_limit;
+    quint64 m_written = 0;
+    bool m_truncated = false;
+    QByteArray m_block;
+};
+
+void putLittleEndian(char *out, quint32 value)
+{
+    for (int i = 0; i < 4; ++i)
+        out[i] = char((value >> (8 * i)) & 0xFF);
+}
+
+void writeTextCopy(const QString &path, const QString &text)
+{
+    QFile::remove(path);
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        file.write(windows1252::encode(text));
+}
+
+// The part of `text` that is sent: the selection when it holds a character.
+QString textToSend(const RenderResult &r)
+{
+    if (r.selectionLength >= 1)
+        return text::characterMid(r.trimmedText, r.selectionStart, r.selectionLength);
+    return r.trimmedText;
+}
+
+void writeHeader(const QString &path, RenderResult &r)
+{
+    // Opening for writing would create a file that could not be made earlier.
+    if (!QFile::exists(path))
+        return;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite))
+        return;
+    const qint64 length = file.size();
+    const quint64 data = length > wavHeaderSize ? quint64(length - wavHeaderSize) : 0;
+    r.dataBytes = std::min<quint64>(data, maxWavDataBytes);
+    file.seek(0);
+    file.write(wavHeader(quint32(r.dataBytes)));
+}
+
+} // namespace
+
+QByteArray wavHeader(quint32 dataSize)
+{
+    QByteArray h(wavHeaderSize, '\0');
+    char *p = h.data();
+    std::memcpy(p, "RIFF", 4);
+    putLittleEndian(p + 4, dataSize + 36);
+    std::memcpy(p + 8, "WAVEfmt ", 8);
+    const unsigned char format[] = {16, 0, 0, 0, 1, 0, 1, 0, 64, 31, 0, 0, 64, 31, 0, 0, 1, 0, 8, 0};
+    std::memcpy(p + 16, format, sizeof format);
+    std::memcpy(p + 36, "data", 4);
+    putLittleEndian(p + 40, dataSize);
+    return h;
+}
+
+RenderResult test(const RenderRequest &request, PatternLookup &lookup)
+{
+    RenderResult r;
+    const auto bank = calech(request.tone, &r.error);
+    if (!bank)
+        return r;
+    r.ok = true;
+
+    r.trimmedText = text::trimBlanks(request.exerciseText);
+    // The selection keeps the same characters when leading blanks are trimmed away.
+    if (request.selectionLength > 0) {
+        const qsizetype lead =
+            text::utf16ToCharacter(request.exerciseText, text::leadingBlanks(request.exerciseText));
+        const qsizetype count = text::characterCount(r.trimmedText);
+        const qsizetype begin = std::clamp<qsizetype>(request.selectionStart - lead, 0, count);
+        const qsizetype end = std::clamp<qsizetype>(
+            request.selectionStart + request.selectionLength - lead, 0, count);
+        r.selectionStart = begin;
+        r.selectionLength = std::max<qsizetype>(0, end - begin);
+    }
+
+    writeTextCopy(request.textPath, r.trimmedText);
+
+    QFile::remove(request.wavPath);
+    QFile wav(request.wavPath);
+    if (wav.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+        wav.write(QByteArray(wavHeaderSize, ' '));
+
+    QString sent = textToSend(r);
+    if (request.debfin)
+        sent = request.deb + u' ' + sent + u' ' + request.fin;
+    sent = text::trimBlanks(sent);
+
+    {
+        SampleSink sink(wav, request.maxDataBytes);
+        const QStringView view(sent);
+        for (qsizetype i = 0; i < view.size() && !sink.truncated();) {
+            const qsizetype width = text::characterWidth(view, i);
+            const qsizetype next = i + width;
+            if (view[i] == u' ') {
+                sink.append(bank->wordGap);
+            } else {
+                const QString pattern = lookup.findPattern(sent.mid(i, width));
+                for (qsizetype j = 0; j < pattern.size();) {
+                    const qsizetype step = text::characterWidth(pattern, j);
+                    if (pattern[j] == u'.')
+                        sink.append(bank->dot);
+                    else if (pattern[j] == u'-')
+                        sink.append(bank->dash);
+                    ++r.patternPositions;
+                    j += step;
+                    if (j < pattern.size())
+                        sink.append(bank->elementGap);
+                }
+                if (next < view.size() && view[next] != u' ')
+                    sink.append(bank->letterGap);
+            }
+            i = next;
+        }
+        r.truncated = sink.truncated();
+    }
+    wav.close();
+    writeHeader(request.wavPath, r);
+    return r;
+}
+
+} // namespace kelvora

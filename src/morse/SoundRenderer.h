@@ -1,0 +1,48 @@
+#pragma once
+
+#include "morse/ToneBank.h"
+
+#include <QString>
+
+namespace kelvora {
+
+class PatternLookup;
+
+// The most data a WAV header can count: the RIFF size (data + 36) must fit 32 bits.
+inline constexpr quint64 maxWavDataBytes = 0xFFFFFFFFULL - 36;
+inline constexpr int wavHeaderSize = 44;
+
+struct RenderRequest {
+    QString exerciseText;           // the exercise box as it stands
+    qsizetype selectionStart = 0;   // in characters of exerciseText, 0-based
+    qsizetype selectionLength = 0;  // 0: the whole text is sent
+    bool debfin = false;            // wrap in the start and end signs
+    QString deb;                    // start sign
+    QString fin;                    // end sign
+    ToneSettings tone;
+    QString wavPath;
+    QString textPath;
+    quint64 maxDataBytes = maxWavDataBytes;
+};
+
+struct RenderResult {
+    bool ok = false;
+    QString error;                  // only errors raised before any file is touched
+    QString trimmedText;            // written back into the exercise box
+    qsizetype selectionStart = 0;   // the same characters, counted in trimmedText
+    qsizetype selectionLength = 0;
+    int patternPositions = 0;       // pattern positions sent (added to the ES box)
+    quint64 dataBytes = 0;          // as the header says
+    bool truncated = false;         // stopped at the size a WAV header can count
+    double durationSeconds() const { return double(dataBytes) / sampleRate; }
+};
+
+// test: renders the exercise text into the 8-bit mono 8000 Hz WAV file and writes its
+// Windows-1252 copy. After the tone bank is built, errors are skipped (a file that
+// cannot be written, a failed lookup) and the header always matches the file.
+RenderResult test(const RenderRequest &request, PatternLookup &lookup);
+
+// The 44-byte header for `dataSize` bytes of samples.
+QByteArray wavHeader(quint32 dataSize);
+
+} // namespace kelvora

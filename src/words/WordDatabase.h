@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <memory>
+#include <vector>
+
+struct sqlite3;
+
+namespace kelvora {
+
+// One table definition as the engine enumerates it. `attributes` is 0 for an ordinary
+// user table and non-zero for the engine's own tables (sqlite_*).
+struct TableDefinition {
+    QString name;
+    int attributes = 0;
+};
+
+struct QueryResult {
+    bool ok = false;
+    QString error;            // French, empty when ok
+    QStringList columns;
+    std::vector<QVariantList> rows;
+};
+
+// The word database: one SQLite file opened by path. Every call runs exactly one
+// statement written in the program's own query dialect (double-quoted strings,
+// "like" with * ? # [..] [!..], len(), case-insensitive comparisons and a
+// case-insensitive French "order by"); the translation to SQLite happens here.
+// Prepared statements are kept in a small cache keyed by the program's text, so a
+// statement run again and again (one per character while rendering) is prepared once.
+class WordDatabase {
+public:
+    enum class OpenMode { ReadWrite, ReadWriteCreate, ReadOnly };
+
+    explicit WordDatabase(const QString &path, OpenMode mode = OpenMode::ReadWrite);
+    ~WordDatabase();
+    WordDatabase(const WordDatabase &) = delete;
+    WordDatabase &operator=(const WordDatabase &) = delete;
+
+    bool isOpen() const;
+    QString path() const;
+    QString errorString() const; // last error, French
+
+    // A statement that returns no rows. Values bind to '?' placeholders in order.
+    bool exec(const QString &sql, const QVariantList &values = {});
+    // A statement that returns rows; maxRows < 0 reads them all.
+    QueryResult query(const QString &sql, const QVariantList &values = {}, int maxRows = -1);
+
+    bool transaction();
+    bool commit();
+    bool rollback();
+
+    std::vector<TableDefinition> tableDefinitions();
+
+    sqlite3 *handle() const;
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+// Commits on commit(), rolls back when it goes out of scope without one.
+class Transaction {
+public:
+    explicit Transaction(WordDatabase &db);
+    ~Transaction();
+    Transaction(const Transaction &) = delete;
+    Transaction &operator=(const Transaction &) = delete;
+    bool isActive() const { return m_active; }
+    bool commit();
+
+private:
+    WordDatabase &m_db;
+    bool m_active = false;
+};
+
+} // namespace kelvora
