@@ -30,14 +30,16 @@ QString AppPaths::textFolder() const
 
 QString optionValue(const QStringList &arguments, const QString &name)
 {
+    // The last occurrence wins, as for every option of the command line.
     const QString flag = "--" + name;
+    QString value;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         if (arguments[i] == flag && i + 1 < arguments.size())
-            return arguments[i + 1];
-        if (arguments[i].startsWith(flag + "="))
-            return arguments[i].mid(flag.size() + 1);
+            value = arguments[++i];
+        else if (arguments[i].startsWith(flag + "="))
+            value = arguments[i].mid(flag.size() + 1);
     }
-    return {};
+    return value;
 }
 
 QString resolveProgramDir(const QStringList &arguments, const QString &environmentRoot,

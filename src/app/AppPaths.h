@@ -35,7 +35,7 @@ QString resolveProgramDir(const QStringList &arguments, const QString &environme
 // per-user configuration location (Kelvora/Kelvora.ini).
 QString resolveSettingsPath(const QStringList &arguments, const QString &environmentPath);
 
-// The value of `--name VALUE` or `--name=VALUE`, empty when absent.
+// The value of the last `--name VALUE` or `--name=VALUE`, empty when absent.
 QString optionValue(const QStringList &arguments, const QString &name);
 
 } // namespace kelvora

@@ -124,9 +124,9 @@ QString readText(const Command &c, QIODevice &in)
     return text;
 }
 
-void parseSelection(const QString &spec, qsizetype *start, qsizetype *length)
+void parseSelection(const QString &text, qsizetype *start, qsizetype *length)
 {
-    const QStringList parts = spec.split(',');
+    const QStringList parts = text.split(',');
     bool okStart = false;
     bool okLength = false;
     if (parts.size() == 2) {
@@ -136,7 +136,7 @@ void parseSelection(const QString &spec, qsizetype *start, qsizetype *length)
     if (!okStart || !okLength || *start < 0 || *length < 0)
         throw UsageError{QStringLiteral("--selection attend DEBUT,LONGUEUR (deux nombres positifs "
                                         "ou nuls), pas « %1 ».")
-                             .arg(spec)};
+                             .arg(text)};
 }
 
 int timingCommand(const SoundSettings &s, PatternLookup &lookup, QTextStream &out,

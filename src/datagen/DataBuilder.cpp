@@ -84,9 +84,9 @@ bool buildDatabase(const QString &outPath, const QString &refTsv, const QStringL
             return false;
         }
     }
-    for (const QString &spec : tables) {
-        const QString name = spec.section('=', 0, 0);
-        const QString file = spec.section('=', 1);
+    for (const QString &table : tables) {
+        const QString name = table.section('=', 0, 0);
+        const QString file = table.section('=', 1);
         QStringList words;
         if (!readUtf8Lines(file, &words, error))
             return false;

@@ -1,0 +1,256 @@
+#include "words/WordDatabase.h"
+
+#include "words/JetFunctions.h"
+#include "words/QueryDialect.h"
+#include "words/SqlToken.h"
+#include "words/SqliteValue.h"
+#include "words/StatementCache.h"
+
+#include <QFile>
+
+#include <sqlite3.h>
+
+namespace kelvora {
+namespace {
+
+// Enough for every character of the reference table, each looked up by its own text.
+constexpr int statementCacheSize = 128;
+constexpr int busyTimeoutMs = 5000;
+// Attribute of the engine's own tables (sqlite_sequence, sqlite_stat1...).
+constexpr int systemTableAttribute = 2;
+
+QString quoted(const QString &text)
+{
+    return QLatin1Char('"') + text + QLatin1Char('"');
+}
+
+// Anything after the first statement other than blanks, comments and semicolons.
+bool hasAnotherStatement(const char *tail, const char *end)
+{
+    const QString rest = QString::fromUtf8(tail, end - tail);
+    for (const SqlToken &token : SqlToken::tokenize(rest)) {
+        if (!token.isBlank() && !token.isPunct(rest, ';'))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+struct WordDatabase::Private {
+    QString path;
+    QString error;
+    sqlite3 *db = nullptr;
+    StatementCache cache{statementCacheSize};
+
+    ~Private()
+    {
+        cache.clear(); // statements first: the connection closes only when none is left
+        sqlite3_close(db);
+    }
+
+    bool fail(const QString &message)
+    {
+        error = message;
+        return false;
+    }
+
+    bool failStatement(const QString &sql)
+    {
+        return fail(QStringLiteral("La requête %1 a échoué : %2")
+                        .arg(quoted(sql), QString::fromUtf8(sqlite3_errmsg(db))));
+    }
+
+    // The prepared statement for this text, reset and bound; nullptr with `error` set.
+    sqlite3_stmt *prepare(const QString &sql, const QVariantList &values)
+    {
+        error.clear();
+        if (!db) {
+            fail(QStringLiteral("La base de mots %1 n'est pas ouverte.").arg(quoted(path)));
+            return nullptr;
+        }
+        sqlite3_stmt *statement = cache.find(sql);
+        if (statement) {
+            sqlite3_reset(statement);
+            sqlite3_clear_bindings(statement);
+        } else {
+            statement = prepareNew(sql);
+            if (!statement)
+                return nullptr;
+        }
+        const int expected = sqlite3_bind_parameter_count(statement);
+        if (expected != values.size()) {
+            fail(QStringLiteral("La requête %1 attend %2 valeur(s) mais en reçoit %3.")
+                     .arg(quoted(sql))
+                     .arg(expected)
+                     .arg(values.size()));
+            return nullptr;
+        }
+        for (int i = 0; i < expected; ++i) {
+            if (!sqliteValue::bind(statement, i + 1, values.at(i))) {
+                fail(QStringLiteral("La valeur n° %1 de la requête %2 (type %3) ne peut pas être utilisée.")
+                         .arg(i + 1)
+                         .arg(quoted(sql), QString::fromLatin1(values.at(i).typeName())));
+                sqlite3_clear_bindings(statement);
+                return nullptr;
+            }
+        }
+        return statement;
+    }
+
+    sqlite3_stmt *prepareNew(const QString &sql)
+    {
+        const QByteArray translated = queryDialect::translate(sql).toUtf8();
+        const char *tail = nullptr;
+        sqlite3_stmt *statement = nullptr;
+        if (sqlite3_prepare_v3(db, translated.constData(), int(translated.size()), SQLITE_PREPARE_PERSISTENT,
+                               &statement, &tail) != SQLITE_OK) {
+            failStatement(sql);
+            sqlite3_finalize(statement);
+            return nullptr;
+        }
+        if (!statement) {
+            fail(QStringLiteral("La requête est vide."));
+            return nullptr;
+        }
+        if (hasAnotherStatement(tail, translated.constData() + translated.size())) {
+            sqlite3_finalize(statement);
+            fail(QStringLiteral("Une seule instruction est permise par requête, rien n'a été exécuté : %1")
+                     .arg(quoted(sql)));
+            return nullptr;
+        }
+        cache.insert(sql, statement);
+        return statement;
+    }
+
+    // Releases the statement's locks at once; cached statements are never left running.
+    bool finish(sqlite3_stmt *statement, int rc, const QString &sql)
+    {
+        const bool ok = rc == SQLITE_DONE || rc == SQLITE_ROW;
+        if (!ok)
+            failStatement(sql);
+        sqlite3_reset(statement);
+        return ok;
+    }
+};
+
+WordDatabase::WordDatabase(const QString &path, OpenMode mode)
+    : d(std::make_unique<Private>())
+{
+    d->path = path;
+    if (path.isEmpty()) {
+        d->fail(QStringLiteral("Impossible d'ouvrir la base de mots \"\" : aucun chemin."));
+        return;
+    }
+    const int flags = mode == OpenMode::ReadOnly ? SQLITE_OPEN_READONLY
+        : mode == OpenMode::ReadWrite            ? SQLITE_OPEN_READWRITE
+                                                 : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    sqlite3 *db = nullptr;
+    int rc = sqlite3_open_v2(QFile::encodeName(path).constData(), &db, flags, nullptr);
+    if (rc == SQLITE_OK)
+        rc = jetFunctions::install(db);
+    if (rc == SQLITE_OK)
+        rc = sqlite3_busy_timeout(db, busyTimeoutMs);
+    if (rc == SQLITE_OK) // a file that is not a database fails here rather than at first use
+        rc = sqlite3_exec(db, "select count(*) from sqlite_master", nullptr, nullptr, nullptr);
+    if (rc != SQLITE_OK) {
+        const QString reason = db ? QString::fromUtf8(sqlite3_errmsg(db)) : QString::fromUtf8(sqlite3_errstr(rc));
+        d->fail(QStringLiteral("Impossible d'ouvrir la base de mots %1 : %2").arg(quoted(path), reason));
+        sqlite3_close(db);
+        return;
+    }
+    d->db = db;
+}
+
+WordDatabase::~WordDatabase() = default;
+
+bool WordDatabase::isOpen() const
+{
+    return d->db != nullptr;
+}
+
+QString WordDatabase::path() const
+{
+    return d->path;
+}
+
+QString WordDatabase::errorString() const
+{
+    return d->error;
+}
+
+sqlite3 *WordDatabase::handle() const
+{
+    return d->db;
+}
+
+bool WordDatabase::exec(const QString &sql, const QVariantList &values)
+{
+    sqlite3_stmt *statement = d->prepare(sql, values);
+    if (!statement)
+        return false;
+    int rc = SQLITE_ROW;
+    while (rc == SQLITE_ROW)
+        rc = sqlite3_step(statement);
+    return d->finish(statement, rc, sql);
+}
+
+QueryResult WordDatabase::query(const QString &sql, const QVariantList &values, int maxRows)
+{
+    QueryResult result;
+    sqlite3_stmt *statement = d->prepare(sql, values);
+    if (!statement) {
+        result.error = d->error;
+        return result;
+    }
+    const int columns = sqlite3_column_count(statement);
+    for (int c = 0; c < columns; ++c)
+        result.columns.append(QString::fromUtf8(sqlite3_column_name(statement, c)));
+    int rc = SQLITE_DONE;
+    while (maxRows < 0 || qsizetype(result.rows.size()) < maxRows) {
+        rc = sqlite3_step(statement);
+        if (rc != SQLITE_ROW)
+            break;
+        QVariantList row;
+        row.reserve(columns);
+        for (int c = 0; c < columns; ++c)
+            row.append(sqliteValue::column(statement, c));
+        result.rows.push_back(std::move(row));
+    }
+    result.ok = d->finish(statement, rc, sql);
+    if (!result.ok) {
+        result.error = d->error;
+        result.rows.clear();
+    }
+    return result;
+}
+
+bool WordDatabase::transaction()
+{
+    return exec(QStringLiteral("BEGIN"));
+}
+
+bool WordDatabase::commit()
+{
+    return exec(QStringLiteral("COMMIT"));
+}
+
+bool WordDatabase::rollback()
+{
+    return exec(QStringLiteral("ROLLBACK"));
+}
+
+std::vector<TableDefinition> WordDatabase::tableDefinitions()
+{
+    std::vector<TableDefinition> tables;
+    const QueryResult result = query(QStringLiteral(
+        "select name from sqlite_master where type = 'table' order by name, name collate binary"));
+    for (const QVariantList &row : result.rows) {
+        const QString name = row.value(0).toString();
+        const bool engineTable = name.startsWith(QLatin1String("sqlite_"), Qt::CaseInsensitive);
+        tables.push_back({name, engineTable ? systemTableAttribute : 0});
+    }
+    return tables;
+}
+
+} // namespace kelvora

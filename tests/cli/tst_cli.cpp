@@ -1,0 +1,255 @@
+#include "CliApp.h"
+#include "RefFixture.h"
+#include "TestPaths.h"
+
+#include <QBuffer>
+#include <QProcess>
+#include <QtTest>
+
+using namespace kelvora;
+
+class CliTest : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void timingWithDefaults();
+    void timingOptions_data();
+    void timingOptions();
+    void profileValuesAreUsed();
+    void pattern_data();
+    void pattern();
+    void render_data();
+    void render();
+    void renderFromWindows1252File();
+    void badUsage_data();
+    void badUsage();
+    void realProcessExitStatus_data();
+    void realProcessExitStatus();
+
+private:
+    struct Run {
+        int status;
+        QString out;
+        QString err;
+    };
+    Run run(QStringList arguments, const QByteArray &input = {});
+
+    testsupport::RefFixture m_fixture;
+    QString m_root;
+    QString m_ini;
+};
+
+void CliTest::initTestCase()
+{
+    m_root = m_fixture.path("root");
+    QVERIFY(QDir().mkpath(m_root + "/db"));
+    QVERIFY(QDir().mkpath(m_root + "/tmp"));
+    QVERIFY(QFile::copy(m_fixture.databasePath(), m_root + "/db/kvmot.sqlite"));
+}
+
+void CliTest::init()
+{
+    m_ini = m_fixture.path("does-not-exist-yet.ini");
+    QFile::remove(m_ini);
+    QFile::remove(m_root + "/tmp/test.wav");
+    QFile::remove(m_root + "/tmp/test.txt");
+}
+
+CliTest::Run CliTest::run(QStringList arguments, const QByteArray &input)
+{
+    arguments = QStringList{"kelvora-cli", "--root", m_root, "--settings", m_ini} + arguments;
+    QString out;
+    QString err;
+    QTextStream outStream(&out);
+    QTextStream errStream(&err);
+    QBuffer in;
+    in.setData(input);
+    in.open(QIODevice::ReadOnly);
+    const int status = cli::run(arguments, "/nowhere", outStream, errStream, in);
+    outStream.flush();
+    errStream.flush();
+    return {status, out, err};
+}
+
+void CliTest::timingWithDefaults()
+{
+    const Run r = run({"timing"});
+    QCOMPARE(r.status, 0);
+    QCOMPARE(r.out, QStringLiteral(
+                        "NP=120\nNT=48\nES=108\nEL=48\nEM=11\nVP=120\nVT=144\nVS=108\nVL=144\n"
+                        "VM=99\nTT=615\ndot=97\ndash=291\nelementGap=97\nletterGap=291\n"
+                        "wordGap=873\nSoit 97 Millièmes de secondes pour un point (arrondie à "
+                        "l'unité inférieure)\n"));
+    QVERIFY(r.err.isEmpty());
+}
+
+void CliTest::timingOptions_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QStringList>("lines"); // lines that must appear
+    QTest::addRow("word gap of 7") << QStringList{"--cm", "7"} << QStringList{"TT=593", "dot=101", "wordGap=707"};
+    QTest::addRow("speed clamped to 3") << QStringList{"--wpm", "2"} << QStringList{"EM=2", "NP=30"};
+    QTest::addRow("fractional dash") << QStringList{"--ct", "3.5"} << QStringList{"VT=168", "dot=93", "dash=325.5"};
+    QTest::addRow("reference word trimmed") << QStringList{"--wpm", "10", "--word", " CODEX "} << QStringList{"TT=611"};
+    QTest::addRow("option with =") << QStringList{"--wpm=20"} << QStringList{"EM=19"};
+}
+
+void CliTest::timingOptions()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QStringList, lines);
+    const Run r = run(options + QStringList{"timing"});
+    QCOMPARE(r.status, 0);
+    const QStringList got = r.out.split('\n');
+    for (const QString &line : lines)
+        QVERIFY2(got.contains(line), qPrintable(line + " not in\n" + r.out));
+}
+
+void CliTest::profileValuesAreUsed()
+{
+    {
+        QSettings ini(m_ini, QSettings::IniFormat);
+        ini.setValue("lastuser/user", "Zoé");
+        ini.setValue(QStringLiteral("Zoé/vitesse"), "20");
+        ini.setValue(QStringLiteral("Zoé/volume"), "500");
+        ini.setValue("Marc/vitesse", "5");
+    }
+    QVERIFY(run({"timing"}).out.contains("EM=19\n"));
+    QVERIFY(run({"--user", "Marc", "timing"}).out.contains("EM=4\n"));
+    QVERIFY(run({"--wpm", "30", "timing"}).out.contains("EM=29\n"));
+    // The stored volume 500 passes the panel's clamp, so rendering works.
+    QCOMPARE(run({"render", "--text", "E"}).status, 0);
+}
+
+void CliTest::pattern_data()
+{
+    QTest::addColumn<QString>("character");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("out");
+    QTest::addRow("letter") << "A" << 0 << ".-\ta.wav\n";
+    QTest::addRow("double quote") << "\"" << 0 << ".-..-.\tguillemet.wav\n";
+    QTest::addRow("accented capital") << "È" << 0 << ".-..-\te_grave.wav\n";
+    QTest::addRow("no row in a fresh process") << "~" << 2 << "";
+}
+
+void CliTest::pattern()
+{
+    QFETCH(QString, character);
+    QFETCH(int, status);
+    QFETCH(QString, out);
+    const Run r = run({"pattern", character});
+    QCOMPARE(r.status, status);
+    QCOMPARE(r.out, out);
+    QCOMPARE(r.err.isEmpty(), status == 0);
+}
+
+void CliTest::render_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QByteArray>("input");
+    QTest::addColumn<QString>("textCopy");
+    QTest::addColumn<QString>("sameSoundAs"); // a text that, sent whole without signs, sounds the same
+    QTest::addRow("text option, signs off") << QStringList{"--debfin", "0", "--text", "E E"}
+                                            << QByteArray() << "E E" << "E E";
+    QTest::addRow("signs from the profile default") << QStringList{"--text", "A"} << QByteArray()
+                                                    << "A" << "VVV A +";
+    QTest::addRow("standard input loses one line feed")
+        << QStringList{"--debfin", "0"} << QByteArray("ET\n") << "ET" << "ET";
+    QTest::addRow("standard input loses one CR LF only")
+        << QStringList{"--debfin", "0"} << QByteArray("ET\r\n\r\n") << "ET\r\n" << "ET\r\n";
+    QTest::addRow("standard input is UTF-8") << QStringList{"--debfin", "0"}
+                                             << QByteArray("\xc3\xa9t\xc3\xa9") << "été" << "été";
+    QTest::addRow("selection counts after the trim")
+        << QStringList{"--debfin", "0", "--text", "  TE ET", "--selection", "3,2"} << QByteArray()
+        << "TE ET" << "ET";
+    QTest::addRow("own signs") << QStringList{"--deb", "CQ", "--fin", "K", "--text", "E"}
+                               << QByteArray() << "E" << "CQ E K";
+}
+
+void CliTest::render()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QByteArray, input);
+    QFETCH(QString, textCopy);
+    QFETCH(QString, sameSoundAs);
+    const Run r = run(QStringList{"render"} + options, input);
+    QCOMPARE(r.status, 0);
+    QVERIFY(r.out.contains(m_root + "/tmp/test.wav"));
+    QVERIFY(r.out.contains("Durée : "));
+    QCOMPARE(testsupport::readFile(m_root + "/tmp/test.txt"), textCopy.toLatin1());
+    const QByteArray sound = testsupport::readFile(m_root + "/tmp/test.wav");
+
+    const QString other = m_fixture.path("other.wav");
+    const Run reference = run({"render", "--debfin", "0", "--text", sameSoundAs, "-o", other,
+                               "--txt", m_fixture.path("other.txt")});
+    QCOMPARE(reference.status, 0);
+    QVERIFY(testsupport::readFile(other) == sound);
+}
+
+void CliTest::renderFromWindows1252File()
+{
+    const QString path = m_fixture.path("texte.txt");
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write("\xe9t\xe9\r\n"); // bytes are taken as they are: the CR LF stays
+    f.close();
+    const Run r = run({"render", "--file", path, "--debfin", "0"});
+    QCOMPARE(r.status, 0);
+    QCOMPARE(testsupport::readFile(m_root + "/tmp/test.txt"), QByteArray("\xe9t\xe9\r\n"));
+}
+
+void CliTest::badUsage_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("message");
+    QTest::addRow("no command") << QStringList{} << "Il manque la commande";
+    QTest::addRow("unknown command") << QStringList{"joue"} << "Commande inconnue";
+    QTest::addRow("unknown option") << QStringList{"--vitesse", "12", "timing"} << "Option inconnue";
+    QTest::addRow("missing value") << QStringList{"timing", "--wpm"} << "Il manque la valeur";
+    QTest::addRow("debfin not 0 or 1") << QStringList{"--debfin", "oui", "timing"} << "--debfin";
+    QTest::addRow("selection not numbers") << QStringList{"render", "--text", "E", "--selection", "a"} << "--selection";
+    QTest::addRow("negative selection") << QStringList{"render", "--text", "E", "--selection", "-1,2"} << "--selection";
+    QTest::addRow("pattern without character") << QStringList{"pattern"} << "caractère";
+    QTest::addRow("pattern of two characters") << QStringList{"pattern", "ab"} << "un seul caractère";
+    QTest::addRow("unreadable file") << QStringList{"render", "--file", "/nonexistent/x.txt"} << "Impossible de lire";
+    QTest::addRow("calculation error") << QStringList{"--cm", "-100", "timing"} << "positif";
+    QTest::addRow("empty user") << QStringList{"--user", "", "timing"} << "vide";
+}
+
+void CliTest::badUsage()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, message);
+    const Run r = run(arguments);
+    QCOMPARE(r.status, 2);
+    QVERIFY2(r.err.contains(message), qPrintable(r.err));
+    QVERIFY(!QFile::exists(m_root + "/tmp/test.wav"));
+}
+
+void CliTest::realProcessExitStatus_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("status");
+    QTest::addRow("render") << QStringList{"render", "--text", "PARIS"} << 0;
+    QTest::addRow("bad usage") << QStringList{"nothing"} << 2;
+    QTest::addRow("missing database") << QStringList{"--root", "/nonexistent", "timing"} << 2;
+}
+
+void CliTest::realProcessExitStatus()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, status);
+    QProcess p;
+    p.setProgram(QString::fromUtf8(testpaths::treeDir) + "/kelvora-cli");
+    p.setArguments(QStringList{"--root", m_root, "--settings", m_ini} + arguments);
+    p.setProcessChannelMode(QProcess::SeparateChannels);
+    p.start();
+    QVERIFY(p.waitForFinished(30000));
+    QCOMPARE(p.exitCode(), status);
+    if (status != 0)
+        QVERIFY(!p.readAllStandardError().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(CliTest)
+#include "tst_cli.moc"

@@ -1,0 +1,264 @@
+#include "RefFixture.h"
+#include "core/Windows1252.h"
+#include "morse/PatternLookup.h"
+#include "morse/SoundRenderer.h"
+
+#include <QtTest>
+
+using namespace kelvora;
+using testsupport::readFile;
+
+class SoundRendererTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init();
+    void layout_data();
+    void layout();
+    void header_data();
+    void header();
+    void textCopy_data();
+    void textCopy();
+    void selectionAfterTrim_data();
+    void selectionAfterTrim();
+    void volumeErrorTouchesNoFile();
+    void missingFolderIsSkipped();
+    void stopsAtTheLargestCountableSize();
+    void lettersWithoutRowUsePreviousPattern();
+
+private:
+    RenderRequest request(const QString &text) const;
+    QByteArray expected(const QString &symbols) const;
+
+    testsupport::RefFixture m_fixture;
+    ToneBank m_bank;
+    ToneSettings m_tone{{97, 291, 97, 291, 873}, "127", "700", "1"};
+};
+
+void SoundRendererTest::init()
+{
+    m_bank = *calech(m_tone, nullptr);
+    QFile::remove(m_fixture.path("test.wav"));
+    QFile::remove(m_fixture.path("test.txt"));
+}
+
+RenderRequest SoundRendererTest::request(const QString &text) const
+{
+    RenderRequest r;
+    r.exerciseText = text;
+    r.deb = "VVV";
+    r.fin = "+";
+    r.tone = m_tone;
+    r.wavPath = m_fixture.path("test.wav");
+    r.textPath = m_fixture.path("test.txt");
+    return r;
+}
+
+// Space-separated tokens: a pattern of "." and "-" (its elements joined by element
+// gaps), "l" a letter gap, "w" a word gap.
+QByteArray SoundRendererTest::expected(const QString &tokens) const
+{
+    QByteArray samples;
+    for (const QString &token : tokens.split(' ', Qt::SkipEmptyParts)) {
+        if (token == "l") {
+            samples += m_bank.letterGap;
+        } else if (token == "w") {
+            samples += m_bank.wordGap;
+        } else {
+            for (qsizetype j = 0; j < token.size(); ++j) {
+                samples += token[j] == '.' ? m_bank.dot : m_bank.dash;
+                if (j + 1 < token.size())
+                    samples += m_bank.elementGap;
+            }
+        }
+    }
+    return wavHeader(quint32(samples.size())) + samples;
+}
+
+void SoundRendererTest::layout_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QPoint>("selection"); // start, length in characters
+    QTest::addColumn<bool>("debfin");
+    QTest::addColumn<QString>("symbols");
+    const QString vvv = "...- l ...- l ...-";
+    QTest::addRow("empty text: header only") << "" << QPoint() << false << "";
+    QTest::addRow("blanks only") << "   " << QPoint() << false << "";
+    QTest::addRow("one letter") << "A" << QPoint() << false << ".-";
+    QTest::addRow("letter gap between letters") << "ET" << QPoint() << false << ". l -";
+    QTest::addRow("space is a word gap, no letter gap") << "E E" << QPoint() << false << ". w .";
+    QTest::addRow("each space a word gap") << "E  E" << QPoint() << false << ". w w .";
+    QTest::addRow("surrounding blanks trimmed") << "  E T  " << QPoint() << false << ". w -";
+    QTest::addRow("upper and lower case alike") << "eT" << QPoint() << false << ". l -";
+    QTest::addRow("start and end signs") << "A" << QPoint() << true << vvv + " w .- w .-.-.";
+    QTest::addRow("signs around an empty text") << "" << QPoint() << true << vvv + " w w .-.-.";
+    QTest::addRow("selection only") << "TE ET" << QPoint(3, 2) << false << ". l -";
+    QTest::addRow("selection of one character") << "TE" << QPoint(1, 1) << false << ".";
+    QTest::addRow("selection with signs") << "TEA" << QPoint(1, 1) << true << vvv + " w . w .-.-.";
+    QTest::addRow("empty selection sends everything") << "TE" << QPoint(1, 0) << false << "- l .";
+    QTest::addRow("double quote") << "\"" << QPoint() << false << ".-..-.";
+    QTest::addRow("accented capital") << "É" << QPoint() << false << "..-..";
+    QTest::addRow("emoji is one character, sent as the previous row")
+        << "E😀T" << QPoint() << false << ". l . l -";
+    QTest::addRow("line break is looked up like a letter") << "E\nT" << QPoint() << false << ". l . l -";
+}
+
+void SoundRendererTest::layout()
+{
+    QFETCH(QString, text);
+    QFETCH(QPoint, selection);
+    QFETCH(bool, debfin);
+    QFETCH(QString, symbols);
+    RenderRequest r = request(text);
+    r.selectionStart = selection.x();
+    r.selectionLength = selection.y();
+    r.debfin = debfin;
+    PatternLookup lookup(m_fixture.database());
+    const RenderResult result = test(r, lookup);
+    QVERIFY2(result.ok, qPrintable(result.error));
+    const QByteArray file = readFile(r.wavPath);
+    const QByteArray want = expected(symbols);
+    QCOMPARE(file.size(), want.size());
+    QVERIFY(file == want);
+    QCOMPARE(result.dataBytes, quint64(want.size() - wavHeaderSize));
+}
+
+void SoundRendererTest::header_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addRow("empty") << "";
+    QTest::addRow("below 65536 bytes") << "E";
+    QTest::addRow("above 65536 bytes") << "PARIS PARIS PARIS";
+    QTest::addRow("above 16 MiB") << QString("0123456789 ").repeated(40);
+}
+
+void SoundRendererTest::header()
+{
+    QFETCH(QString, text);
+    PatternLookup lookup(m_fixture.database());
+    const RenderResult result = test(request(text), lookup);
+    const QByteArray file = readFile(m_fixture.path("test.wav"));
+    QVERIFY(file.size() >= wavHeaderSize);
+    const auto u32 = [&](int at) { return qFromLittleEndian<quint32>(file.constData() + at); };
+    const auto u16 = [&](int at) { return qFromLittleEndian<quint16>(file.constData() + at); };
+    QCOMPARE(file.left(4), QByteArray("RIFF"));
+    QCOMPARE(u32(4), quint32(file.size() - 8));
+    QCOMPARE(file.mid(8, 8), QByteArray("WAVEfmt "));
+    QCOMPARE(u32(16), 16u);
+    QCOMPARE(u16(20), quint16(1));
+    QCOMPARE(u16(22), quint16(1));
+    QCOMPARE(u32(24), 8000u);
+    QCOMPARE(u32(28), 8000u);
+    QCOMPARE(u16(32), quint16(1));
+    QCOMPARE(u16(34), quint16(8));
+    QCOMPARE(file.mid(36, 4), QByteArray("data"));
+    QCOMPARE(u32(40), quint32(file.size() - 44));
+    QCOMPARE(result.dataBytes, quint64(file.size() - 44));
+}
+
+void SoundRendererTest::textCopy_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addRow("trimmed, no line ending") << "  bonjour  " << QByteArray("bonjour");
+    QTest::addRow("accents in Windows-1252") << "été à Noël" << QByteArray("\xe9t\xe9 \xe0 No\xebl");
+    QTest::addRow("euro sign") << "5 €" << QByteArray("5 \x80");
+    QTest::addRow("emoji becomes one ?") << "a😀b" << QByteArray("a?b");
+    QTest::addRow("CJK becomes ?") << "日本" << QByteArray("??");
+    QTest::addRow("line breaks kept") << "a\r\nb" << QByteArray("a\r\nb");
+}
+
+void SoundRendererTest::textCopy()
+{
+    QFETCH(QString, text);
+    QFETCH(QByteArray, bytes);
+    RenderRequest r = request(text);
+    r.selectionStart = 0;
+    r.selectionLength = 1; // the copy holds the whole text, not the selection
+    PatternLookup lookup(m_fixture.database());
+    QVERIFY(test(r, lookup).ok);
+    QCOMPARE(readFile(r.textPath), bytes);
+}
+
+void SoundRendererTest::selectionAfterTrim_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QPoint>("selection");
+    QTest::addColumn<QString>("trimmed");
+    QTest::addColumn<QPoint>("kept");
+    QTest::addRow("leading blanks removed") << "   ET TE" << QPoint(6, 2) << "ET TE" << QPoint(3, 2);
+    QTest::addRow("selection starting in the blanks") << "  ET" << QPoint(1, 2) << "ET" << QPoint(0, 1);
+    QTest::addRow("selection of blanks only") << "  ET" << QPoint(0, 2) << "ET" << QPoint(0, 0);
+    QTest::addRow("selection past the trimmed end") << "ET   " << QPoint(1, 4) << "ET" << QPoint(1, 1);
+}
+
+void SoundRendererTest::selectionAfterTrim()
+{
+    QFETCH(QString, text);
+    QFETCH(QPoint, selection);
+    QFETCH(QString, trimmed);
+    QFETCH(QPoint, kept);
+    RenderRequest r = request(text);
+    r.selectionStart = selection.x();
+    r.selectionLength = selection.y();
+    PatternLookup lookup(m_fixture.database());
+    const RenderResult result = test(r, lookup);
+    QCOMPARE(result.trimmedText, trimmed);
+    QCOMPARE(QPoint(int(result.selectionStart), int(result.selectionLength)), kept);
+}
+
+void SoundRendererTest::volumeErrorTouchesNoFile()
+{
+    QFile old(m_fixture.path("test.wav"));
+    QVERIFY(old.open(QIODevice::WriteOnly));
+    old.write("previous sound");
+    old.close();
+    RenderRequest r = request("E");
+    r.tone.volume = "128";
+    PatternLookup lookup(m_fixture.database());
+    const RenderResult result = test(r, lookup);
+    QVERIFY(!result.ok);
+    QVERIFY(!result.error.isEmpty());
+    QCOMPARE(readFile(r.wavPath), QByteArray("previous sound"));
+    QVERIFY(!QFile::exists(r.textPath));
+}
+
+void SoundRendererTest::missingFolderIsSkipped()
+{
+    RenderRequest r = request("E");
+    r.wavPath = m_fixture.path("absent/test.wav");
+    r.textPath = m_fixture.path("absent/test.txt");
+    PatternLookup lookup(m_fixture.database());
+    const RenderResult result = test(r, lookup);
+    QVERIFY(result.ok); // errors after the tone bank are skipped
+    QVERIFY(!QFile::exists(r.wavPath));
+    QVERIFY(!QDir(m_fixture.path("absent")).exists());
+}
+
+void SoundRendererTest::stopsAtTheLargestCountableSize()
+{
+    RenderRequest r = request("PARIS PARIS");
+    r.maxDataBytes = 10000; // stands for the 4 GiB a header can count
+    PatternLookup lookup(m_fixture.database());
+    const RenderResult result = test(r, lookup);
+    QVERIFY(result.truncated);
+    const QByteArray file = readFile(r.wavPath);
+    QCOMPARE(file.size(), 10000 + 44);
+    QCOMPARE(qFromLittleEndian<quint32>(file.constData() + 40), 10000u);
+    QCOMPARE(qFromLittleEndian<quint32>(file.constData() + 4), 10036u);
+    // The samples written are the beginning of the full rendering.
+    r.maxDataBytes = maxWavDataBytes;
+    test(r, lookup);
+    QCOMPARE(readFile(r.wavPath).mid(44, 10000), file.mid(44));
+}
+
+void SoundRendererTest::lettersWithoutRowUsePreviousPattern()
+{
+    RenderRequest r = request("T~");
+    PatternLookup lookup(m_fixture.database());
+    const RenderResult result = test(r, lookup);
+    QCOMPARE(readFile(r.wavPath), expected("- l -"));
+    QCOMPARE(result.patternPositions, 2);
+}
+
+QTEST_GUILESS_MAIN(SoundRendererTest)
+#include "tst_soundrenderer.moc"

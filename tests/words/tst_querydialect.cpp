@@ -1,0 +1,88 @@
+#include "words/QueryDialect.h"
+
+#include <QtTest>
+
+using namespace kelvora;
+
+class TestQueryDialect : public QObject {
+    Q_OBJECT
+private slots:
+    void translate_data();
+    void translate();
+};
+
+void TestQueryDialect::translate_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QString>("sqlite");
+
+    // Character lookups of the sound renderer.
+    QTest::newRow("lookup")
+        << R"(select car, cw, wav from ref where car = "a" order by car)"
+        << R"(select car, cw, wav from ref where car = 'a' COLLATE KVFR order by car COLLATE KVFR)";
+    QTest::newRow("lookup of a double quote") << R"(car = """")" << R"(car = '"' COLLATE KVFR)";
+    QTest::newRow("lookup of an apostrophe") << R"(car = "'")" << R"(car = '''' COLLATE KVFR)";
+    QTest::newRow("literal on the left") << R"("a" = car)" << R"('a' COLLATE KVFR = car)";
+
+    // Word table sources with the stock conditions: only the order gets a collation.
+    QTest::newRow("neutral condition")
+        << "select * from mot where mot like '*' order by mot"
+        << "select * from mot where mot like '*' order by mot COLLATE KVFR";
+    QTest::newRow("two blanks before order")
+        << "select * from mot  order by mot" << "select * from mot  order by mot COLLATE KVFR";
+    QTest::newRow("missing blanks before and")
+        << "mot not like '*é*' and mot not like '*è*'and mot not like '*-*' "
+        << "mot not like '*é*' and mot not like '*è*'and mot not like '*-*' ";
+    QTest::newRow("lengths") << "len(mot) >= 3 and len(mot) <= 5 " << "len(mot) >= 3 and len(mot) <= 5 ";
+    QTest::newRow("double-quoted pattern") << R"(mot like "*'*")" << R"(mot like '*''*')";
+
+    // Comparisons.
+    QTest::newRow("all comparison operators")
+        << "a = 'x' or a == 'x' or a <> 'x' or a != 'x' or a < 'x' or a > 'x' or a <= 'x' or a >= 'x'"
+        << "a = 'x' COLLATE KVFR or a == 'x' COLLATE KVFR or a <> 'x' COLLATE KVFR or a != 'x' COLLATE KVFR"
+           " or a < 'x' COLLATE KVFR or a > 'x' COLLATE KVFR or a <= 'x' COLLATE KVFR or a >= 'x' COLLATE KVFR";
+    QTest::newRow("no blank after the literal") << "mot='a'and x=1" << "mot='a' COLLATE KVFR and x=1";
+    QTest::newRow("placeholder") << "mot = ? and n > 3" << "mot = ? COLLATE KVFR and n > 3";
+    QTest::newRow("collation already given") << "mot = 'a' collate nocase" << "mot = 'a' collate nocase";
+    QTest::newRow("literal not compared") << "insert into mot values ('a')" << "insert into mot values ('a')";
+
+    // Strings, identifiers, functions.
+    QTest::newRow("double quotes with an apostrophe")
+        << R"(insert into mot values ("l'arbre"))" << R"(insert into mot values ('l''arbre'))";
+    QTest::newRow("bracketed names") << "select [mot] from [ma table]" << R"(select "mot" from "ma table")";
+    QTest::newRow("left and right")
+        << "select left(mot, 2), Right (mot,1) from t left join u on 1"
+        << "select jet_left(mot, 2), jet_right (mot,1) from t left join u on 1";
+    QTest::newRow("literals never rewritten")
+        << R"(select 'order by x = [y]', "[mot] = ""a""" from t)"
+        << R"(select 'order by x = [y]', '[mot] = "a"' from t)";
+    QTest::newRow("comments never rewritten")
+        << "select 1 -- \"x\" [y] = 'z'\n, 2 /* order by a */"
+        << "select 1 -- \"x\" [y] = 'z'\n, 2 /* order by a */";
+    QTest::newRow("unterminated string kept") << R"(mot = "abc)" << R"(mot = "abc)";
+
+    // Order by lists.
+    QTest::newRow("direction and other terms")
+        << "select * from t Order By mot DESC, len(mot), 2" << "select * from t Order By mot COLLATE KVFR DESC, len(mot), 2";
+    QTest::newRow("qualified with nulls and limit")
+        << "select * from t ORDER BY t.mot asc nulls last limit 5"
+        << "select * from t ORDER BY t.mot COLLATE KVFR asc nulls last limit 5";
+    QTest::newRow("bracketed column") << "select * from t order by [mot]" << R"(select * from t order by "mot" COLLATE KVFR)";
+    QTest::newRow("sub-query")
+        << R"(select * from (select mot from t order by mot) where mot > "m")"
+        << "select * from (select mot from t order by mot COLLATE KVFR) where mot > 'm' COLLATE KVFR";
+
+    // Everything else as it is.
+    QTest::newRow("create") << "CREATE TABLE x (mot TEXT );" << "CREATE TABLE x (mot TEXT );";
+    QTest::newRow("delete") << "delete from mot where rowid = 3" << "delete from mot where rowid = 3";
+}
+
+void TestQueryDialect::translate()
+{
+    QFETCH(QString, program);
+    QFETCH(QString, sqlite);
+    QCOMPARE(queryDialect::translate(program), sqlite);
+}
+
+QTEST_GUILESS_MAIN(TestQueryDialect)
+#include "tst_querydialect.moc"
