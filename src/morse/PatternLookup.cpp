@@ -2,6 +2,8 @@
 
 #include "words/WordDatabase.h"
 
+#include <sqlite3.h>
+
 namespace kelvora {
 
 PatternLookup::PatternLookup(WordDatabase &database)
@@ -17,8 +19,32 @@ QString PatternLookup::condition(const QString &character)
     return QStringLiteral("car = \"") + c + u'"';
 }
 
+PatternLookup::Snapshot::Snapshot(PatternLookup &lookup)
+    : m_lookup(lookup)
+    , m_transaction(std::make_unique<Transaction>(lookup.m_database))
+{
+    // Inside a transaction (ours or the caller's) no other connection can change what
+    // this one reads.
+    m_lookup.m_remember =
+        lookup.m_database.handle() && sqlite3_get_autocommit(lookup.m_database.handle()) == 0;
+}
+
+PatternLookup::Snapshot::~Snapshot()
+{
+    m_lookup.m_remember = false;
+    m_lookup.m_remembered.clear();
+}
+
 RefRow PatternLookup::findRow(const QString &character, QString *error)
 {
+    if (m_remember) {
+        const auto it = m_remembered.constFind(character.toLower());
+        if (it != m_remembered.constEnd()) {
+            if (it->has_value())
+                m_current = **it;
+            return m_current.value_or(RefRow{});
+        }
+    }
     const QueryResult result = m_database.query(
         QStringLiteral("select * from ref where ") + condition(character)
             + QStringLiteral(" order by car"),
@@ -40,6 +66,9 @@ RefRow PatternLookup::findRow(const QString &character, QString *error)
         }
         m_current = std::move(found);
     }
+    if (m_remember && result.ok)
+        m_remembered.insert(character.toLower(),
+                            result.rows.empty() ? std::nullopt : m_current);
     return m_current.value_or(RefRow{});
 }
 

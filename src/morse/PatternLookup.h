@@ -1,11 +1,14 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 namespace kelvora {
 
+class Transaction;
 class WordDatabase;
 
 struct RefRow {
@@ -36,9 +39,27 @@ public:
     // `car = "x"`, with a double quote doubled.
     static QString condition(const QString &character);
 
+    // While a snapshot lives, lookups read one state of the table inside a read
+    // transaction, so a character's answer can be remembered until the snapshot ends
+    // without missing an edit: rendering a long text asks the database once per
+    // distinct character instead of once per character.
+    class Snapshot {
+    public:
+        explicit Snapshot(PatternLookup &lookup);
+        ~Snapshot();
+        Snapshot(const Snapshot &) = delete;
+        Snapshot &operator=(const Snapshot &) = delete;
+
+    private:
+        PatternLookup &m_lookup;
+        std::unique_ptr<Transaction> m_transaction;
+    };
+
 private:
     WordDatabase &m_database;
     std::optional<RefRow> m_current;
+    bool m_remember = false;
+    QHash<QString, std::optional<RefRow>> m_remembered; // lower-cased character -> row or none
 };
 
 } // namespace kelvora

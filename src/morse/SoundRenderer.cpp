@@ -7,22 +7,27 @@
 #include <QFile>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+
+#ifdef Q_OS_UNIX
+#include <sys/uio.h>
+#endif
 
 namespace kelvora {
 
 namespace {
 
-// Appends sample buffers to the open file through one large block, stopping for good
-// at the size limit. Write errors are skipped: the header is made from the file's real
-// length afterwards.
+// Appends sample buffers to the open file, stopping for good at the size limit. The
+// buffers of the tone bank are handed to the system as a gather list (writev), so a
+// long text costs no copy and no large allocation; elsewhere they go through a block.
+// Write errors are skipped: the header is made from the file's real length afterwards.
 class SampleSink {
 public:
     SampleSink(QFile &file, quint64 limit)
         : m_file(file)
         , m_limit(limit)
     {
-        m_block.reserve(blockSize);
     }
     ~SampleSink() { flush(); }
 
@@ -36,20 +41,43 @@ public:
             m_truncated = true;
         }
         m_written += quint64(size);
-        const char *data = samples.constData();
-        while (size > 0) {
-            const qsizetype room = blockSize - m_block.size();
-            if (room == 0) {
-                flush();
-                continue;
-            }
-            const qsizetype n = std::min(room, size);
-            m_block.append(data, n);
-            data += n;
-            size -= n;
-        }
+        if (size > 0)
+            add(samples.constData(), size);
     }
 
+    bool truncated() const { return m_truncated; }
+
+#ifdef Q_OS_UNIX
+    void flush()
+    {
+        const int fd = m_file.isOpen() ? m_file.handle() : -1;
+        int first = 0;
+        while (fd >= 0 && first < m_count) {
+            ssize_t done = ::writev(fd, m_pieces.data() + first, m_count - first);
+            if (done <= 0)
+                break;
+            // A short write: skip what went out and go on with the rest.
+            while (first < m_count && size_t(done) >= m_pieces[first].iov_len)
+                done -= ssize_t(m_pieces[first++].iov_len);
+            if (first < m_count && done > 0) {
+                m_pieces[first].iov_base = static_cast<char *>(m_pieces[first].iov_base) + done;
+                m_pieces[first].iov_len -= size_t(done);
+            }
+        }
+        m_count = 0;
+    }
+
+private:
+    void add(const char *data, qsizetype size)
+    {
+        if (m_count == int(m_pieces.size()))
+            flush();
+        m_pieces[m_count++] = iovec{const_cast<char *>(data), size_t(size)};
+    }
+
+    std::array<iovec, 1024> m_pieces{};
+    int m_count = 0;
+#else
     void flush()
     {
         if (!m_block.isEmpty() && m_file.isOpen())
@@ -57,15 +85,25 @@ public:
         m_block.clear();
     }
 
-    bool truncated() const { return m_truncated; }
-
 private:
-    static constexpr qsizetype blockSize = 1 << 20;
+    void add(const char *data, qsizetype size)
+    {
+        if (m_block.size() + size > blockSize)
+            flush();
+        if (size >= blockSize)
+            m_file.write(data, size);
+        else
+            m_block.append(data, size);
+    }
+
+    static constexpr qsizetype blockSize = 1 << 16;
+    QByteArray m_block;
+#endif
+
     QFile &m_file;
     quint64 m_limit;
     quint64 m_written = 0;
     bool m_truncated = false;
-    QByteArray m_block;
 };
 
 void putLittleEndian(char *out, quint32 value)
@@ -155,6 +193,7 @@ RenderResult test(const RenderRequest &request, PatternLookup &lookup)
     sent = text::trimBlanks(sent);
 
     {
+        PatternLookup::Snapshot snapshot(lookup);
         SampleSink sink(wav, request.maxDataBytes);
         const QStringView view(sent);
         for (qsizetype i = 0; i < view.size() && !sink.truncated();) {

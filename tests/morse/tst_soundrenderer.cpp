@@ -2,6 +2,7 @@
 #include "core/Windows1252.h"
 #include "morse/PatternLookup.h"
 #include "morse/SoundRenderer.h"
+#include "words/WordDatabase.h"
 
 #include <QtTest>
 
@@ -24,6 +25,7 @@ private slots:
     void missingFolderIsSkipped();
     void stopsAtTheLargestCountableSize();
     void lettersWithoutRowUsePreviousPattern();
+    void editOfTheTableIsHeardAtTheNextRendering();
 
 private:
     RenderRequest request(const QString &text) const;
@@ -258,6 +260,19 @@ void SoundRendererTest::lettersWithoutRowUsePreviousPattern()
     const RenderResult result = test(r, lookup);
     QCOMPARE(readFile(r.wavPath), expected("- l -"));
     QCOMPARE(result.patternPositions, 2);
+}
+
+void SoundRendererTest::editOfTheTableIsHeardAtTheNextRendering()
+{
+    PatternLookup lookup(m_fixture.database());
+    const RenderRequest r = request("KEK");
+    test(r, lookup);
+    QCOMPARE(readFile(r.wavPath), expected("-.- l . l -.-"));
+    WordDatabase editor(m_fixture.databasePath());
+    QVERIFY(editor.exec(R"(UPDATE ref SET cw = '--' WHERE car = "k")"));
+    test(r, lookup);
+    QCOMPARE(readFile(r.wavPath), expected("-- l . l --"));
+    QVERIFY(editor.exec(R"(UPDATE ref SET cw = '-.-' WHERE car = "k")"));
 }
 
 QTEST_GUILESS_MAIN(SoundRendererTest)
