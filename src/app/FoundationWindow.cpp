@@ -47,6 +47,13 @@ FoundationWindow::FoundationWindow(const QString &settingsPath, QWidget *parent)
     m_prepare->setToolTip(QStringLiteral("Écrit le son de l'exercice dans tmp/test.wav"));
     connect(m_prepare, &QPushButton::clicked, this, &FoundationWindow::prepareSound);
 
+    m_banner = new QLabel(this);
+    m_banner->setObjectName(QStringLiteral("bandeau"));
+    m_banner->setAccessibleName(QStringLiteral("Bandeau"));
+    QFont bannerFont = m_banner->font();
+    bannerFont.setBold(true);
+    m_banner->setFont(bannerFont);
+
     m_status = new QLabel(this);
     m_status->setObjectName(QStringLiteral("status"));
 
@@ -54,6 +61,7 @@ FoundationWindow::FoundationWindow(const QString &settingsPath, QWidget *parent)
     buttons->addWidget(m_prepare);
     buttons->addWidget(m_status, 1);
     auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_banner);
     layout->addWidget(m_exo, 1);
     layout->addLayout(buttons);
 
@@ -77,6 +85,7 @@ void FoundationWindow::affichebandeau()
                        .arg(version::minor)
                        .arg(version::revision)
                        .arg(state.currentTable, rows, state.currentUser));
+    m_banner->setText(windowTitle());
 }
 
 bool FoundationWindow::prepareSound()

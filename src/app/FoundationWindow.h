@@ -32,6 +32,7 @@ private:
     std::unique_ptr<PatternLookup> m_lookup;
     QPlainTextEdit *m_exo = nullptr;
     QPushButton *m_prepare = nullptr;
+    QLabel *m_banner = nullptr;
     QLabel *m_status = nullptr;
 };
 
