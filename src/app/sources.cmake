@@ -12,4 +12,6 @@ list(APPEND KELVORA_UI_SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/app/kvglobal.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/app/FoundationWindow.h
   ${CMAKE_CURRENT_SOURCE_DIR}/app/FoundationWindow.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/UserPrompts.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/UserPrompts.cpp
 )

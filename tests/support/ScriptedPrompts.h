@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/UserPrompts.h"
+
+#include <QStringList>
+
+#include <deque>
+
+namespace kelvora::testsupport {
+
+// Answers queued in advance; every message shown is recorded. A question with no
+// answer queued counts as cancelled.
+class ScriptedPrompts : public UserPrompts {
+public:
+    QStringList messages;
+    QStringList questions;
+    std::deque<std::optional<QString>> textAnswers;
+    std::deque<std::optional<QColor>> colourAnswers;
+
+    void message(QWidget *, const QString &text) override { messages << text; }
+    std::optional<QString> askText(QWidget *, const QString &prompt) override
+    {
+        questions << prompt;
+        if (textAnswers.empty())
+            return std::nullopt;
+        auto answer = textAnswers.front();
+        textAnswers.pop_front();
+        return answer;
+    }
+    std::optional<QColor> askColour(QWidget *, const QColor &) override
+    {
+        if (colourAnswers.empty())
+            return std::nullopt;
+        auto answer = colourAnswers.front();
+        colourAnswers.pop_front();
+        return answer;
+    }
+};
+
+} // namespace kelvora::testsupport
