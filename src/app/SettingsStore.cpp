@@ -21,10 +21,18 @@ QString SettingsStore::fileName() const
     return m_settings->fileName();
 }
 
+namespace {
+// A separator would address another section's key.
+bool usableSection(const QString &section)
+{
+    return !section.isEmpty() && !section.contains(u'/') && !section.contains(u'\\');
+}
+} // namespace
+
 QString SettingsStore::value(const QString &section, const QString &key,
                              const QString &defaultValue) const
 {
-    if (section.isEmpty())
+    if (!usableSection(section))
         return defaultValue;
     const QVariant v = m_settings->value(section + '/' + key);
     if (!v.isValid())
@@ -42,7 +50,7 @@ QString SettingsStore::value(const QString &section, const SettingKey &key) cons
 
 bool SettingsStore::setValue(const QString &section, const QString &key, const QString &value)
 {
-    if (section.isEmpty() || key.isEmpty())
+    if (!usableSection(section) || key.isEmpty())
         return false;
     m_settings->setValue(section + '/' + key, value);
     return true;

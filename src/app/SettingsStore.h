@@ -11,8 +11,9 @@ class QSettings;
 namespace kelvora {
 
 // The settings store: an INI file whose sections are "lastuser" and one per user name.
-// Every value is text; a read gives its default when the key is absent. An empty
-// section name is refused so that an empty user can never write outside a profile.
+// Every value is text; a read gives its default when the key is absent. A section name
+// that is empty or holds a separator is refused, so that no user name can ever write
+// outside its own profile.
 class SettingsStore {
 public:
     explicit SettingsStore(const QString &iniPath);

@@ -6,6 +6,8 @@ list(APPEND KELVORA_CORE_SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/app/UserSettings.h
   ${CMAKE_CURRENT_SOURCE_DIR}/app/SettingsStore.h
   ${CMAKE_CURRENT_SOURCE_DIR}/app/SettingsStore.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/UserProfile.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/UserProfile.cpp
 )
 list(APPEND KELVORA_UI_SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/app/kvglobal.h
@@ -14,4 +16,6 @@ list(APPEND KELVORA_UI_SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/app/FoundationWindow.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/app/UserPrompts.h
   ${CMAKE_CURRENT_SOURCE_DIR}/app/UserPrompts.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/ProfileController.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/ProfileController.cpp
 )
