@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace kelvora {
 
@@ -21,59 +22,71 @@ qint64 storedNumber(const QString &text, const char *defaultValue)
     return qint64(std::nearbyint(v));
 }
 
-int storedFlag(const SettingsStore &store, const QString &user, const SettingKey &key)
+using Reader = std::function<QString(const SettingKey &)>;
+
+int storedFlag(const Reader &read, const SettingKey &key)
 {
-    return int(storedNumber(store.value(user, key), key.defaultValue));
+    return int(storedNumber(read(key), key.defaultValue));
 }
 
-quint32 storedColourValue(const SettingsStore &store, const QString &user, const SettingKey &key)
+quint32 storedColourValue(const Reader &read, const SettingKey &key)
 {
-    const qint64 v = storedNumber(store.value(user, key), key.defaultValue);
+    const qint64 v = storedNumber(read(key), key.defaultValue);
     if (v < 0 || v > 0xFFFFFF)
         return quint32(QByteArray(key.defaultValue).toLongLong());
     return quint32(v);
+}
+
+ProfileValues profileFrom(const Reader &read)
+{
+    namespace k = userKeys;
+    ProfileValues p;
+    p.delaimot = read(k::delaimot);
+    p.vitesse = read(k::vitesse);
+    p.mot = read(k::mot);
+    p.frequence = read(k::frequence);
+    p.volume = read(k::volume);
+    p.cdelai = read(k::cdelai);
+    p.ct = read(k::ct);
+    p.cs = read(k::cs);
+    p.cl = read(k::cl);
+    p.cm = read(k::cm);
+    p.grmin = read(k::grmin);
+    p.grmax = read(k::grmax);
+    p.deb = read(k::deb);
+    p.fin = read(k::fin);
+    p.sup = read(k::sup);
+    p.qrm10 = storedFlag(read, k::qrm10);
+    p.qrm20 = storedFlag(read, k::qrm20);
+    p.qrm30 = storedFlag(read, k::qrm30);
+    p.nbgroup = read(k::nbgroup);
+    p.fichier1 = read(k::fichier1);
+    p.activecom = storedFlag(read, k::activecom);
+    p.ncom = read(k::ncom);
+    p.ncomPort = int(std::clamp<qint64>(storedNumber(p.ncom, k::ncom.defaultValue), 0, 255));
+    p.fcorrection = storedFlag(read, k::fcorrection);
+    p.debfin = storedFlag(read, k::debfin);
+    p.cache = storedFlag(read, k::cache);
+    p.progress = read(k::progress);
+    p.color1 = storedColourValue(read, k::color1);
+    p.color2 = storedColourValue(read, k::color2);
+    p.color3 = storedColourValue(read, k::color3);
+    p.lasttable = read(k::lasttable);
+    if (p.lasttable.isEmpty())
+        p.lasttable = QStringLiteral("mot");
+    return p;
 }
 
 } // namespace
 
 ProfileValues readProfile(const SettingsStore &store, const QString &user)
 {
-    namespace k = userKeys;
-    ProfileValues p;
-    p.delaimot = store.value(user, k::delaimot);
-    p.vitesse = store.value(user, k::vitesse);
-    p.mot = store.value(user, k::mot);
-    p.frequence = store.value(user, k::frequence);
-    p.volume = store.value(user, k::volume);
-    p.cdelai = store.value(user, k::cdelai);
-    p.ct = store.value(user, k::ct);
-    p.cs = store.value(user, k::cs);
-    p.cl = store.value(user, k::cl);
-    p.cm = store.value(user, k::cm);
-    p.grmin = store.value(user, k::grmin);
-    p.grmax = store.value(user, k::grmax);
-    p.deb = store.value(user, k::deb);
-    p.fin = store.value(user, k::fin);
-    p.sup = store.value(user, k::sup);
-    p.qrm10 = storedFlag(store, user, k::qrm10);
-    p.qrm20 = storedFlag(store, user, k::qrm20);
-    p.qrm30 = storedFlag(store, user, k::qrm30);
-    p.nbgroup = store.value(user, k::nbgroup);
-    p.fichier1 = store.value(user, k::fichier1);
-    p.activecom = storedFlag(store, user, k::activecom);
-    p.ncom = store.value(user, k::ncom);
-    p.ncomPort = int(std::clamp<qint64>(storedNumber(p.ncom, k::ncom.defaultValue), 0, 255));
-    p.fcorrection = storedFlag(store, user, k::fcorrection);
-    p.debfin = storedFlag(store, user, k::debfin);
-    p.cache = storedFlag(store, user, k::cache);
-    p.progress = store.value(user, k::progress);
-    p.color1 = storedColourValue(store, user, k::color1);
-    p.color2 = storedColourValue(store, user, k::color2);
-    p.color3 = storedColourValue(store, user, k::color3);
-    p.lasttable = store.value(user, k::lasttable);
-    if (p.lasttable.isEmpty())
-        p.lasttable = QStringLiteral("mot");
-    return p;
+    return profileFrom([&](const SettingKey &key) { return store.value(user, key); });
+}
+
+ProfileValues defaultProfile()
+{
+    return profileFrom([](const SettingKey &key) { return QString::fromUtf8(key.defaultValue); });
 }
 
 quint32 storedColour(int red, int green, int blue)

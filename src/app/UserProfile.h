@@ -27,6 +27,7 @@ struct ProfileValues {
 };
 
 ProfileValues readProfile(const SettingsStore &store, const QString &user);
+ProfileValues defaultProfile();
 
 // Stored colours hold red in the low byte and blue in the high byte.
 quint32 storedColour(int red, int green, int blue);

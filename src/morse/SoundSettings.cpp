@@ -1,7 +1,6 @@
 #include "morse/SoundSettings.h"
 
-#include "app/SettingsStore.h"
-#include "app/UserSettings.h"
+#include "app/UserProfile.h"
 #include "core/Numbers.h"
 
 namespace kelvora {
@@ -37,52 +36,33 @@ QString clampVolume(const QString &volume)
     return clamp(volume, 1, 127, QStringLiteral("1"), QStringLiteral("127"));
 }
 
-bool flag(const QString &stored, bool defaultValue)
-{
-    bool ok = false;
-    const double v = stored.trimmed().toDouble(&ok);
-    if (!ok)
-        return defaultValue;
-    return v == 1;
-}
-
 } // namespace soundRules
 
 SoundSettings SoundSettings::defaults()
 {
-    namespace k = userKeys;
-    SoundSettings s;
-    s.vitesse = k::vitesse.defaultValue;
-    s.mot = k::mot.defaultValue;
-    s.frequence = k::frequence.defaultValue;
-    s.volume = k::volume.defaultValue;
-    s.ct = k::ct.defaultValue;
-    s.cs = k::cs.defaultValue;
-    s.cl = k::cl.defaultValue;
-    s.cm = k::cm.defaultValue;
-    s.sup = k::sup.defaultValue;
-    s.deb = k::deb.defaultValue;
-    s.fin = k::fin.defaultValue;
-    s.debfin = soundRules::flag(k::debfin.defaultValue, true);
-    return s;
+    return fromProfile(defaultProfile());
 }
 
 SoundSettings SoundSettings::fromProfile(const SettingsStore &store, const QString &user)
 {
-    namespace k = userKeys;
+    return fromProfile(readProfile(store, user));
+}
+
+SoundSettings SoundSettings::fromProfile(const ProfileValues &p)
+{
     SoundSettings s;
-    s.vitesse = store.value(user, k::vitesse);
-    s.mot = store.value(user, k::mot);
-    s.frequence = store.value(user, k::frequence);
-    s.volume = store.value(user, k::volume);
-    s.ct = store.value(user, k::ct);
-    s.cs = store.value(user, k::cs);
-    s.cl = store.value(user, k::cl);
-    s.cm = store.value(user, k::cm);
-    s.sup = store.value(user, k::sup);
-    s.deb = store.value(user, k::deb);
-    s.fin = store.value(user, k::fin);
-    s.debfin = soundRules::flag(store.value(user, k::debfin), true);
+    s.vitesse = p.vitesse;
+    s.mot = p.mot;
+    s.frequence = p.frequence;
+    s.volume = p.volume;
+    s.ct = p.ct;
+    s.cs = p.cs;
+    s.cl = p.cl;
+    s.cm = p.cm;
+    s.sup = p.sup;
+    s.deb = p.deb;
+    s.fin = p.fin;
+    s.debfin = p.debfin == 1;
     s.applyClamps();
     return s;
 }

@@ -8,6 +8,7 @@
 namespace kelvora {
 
 class SettingsStore;
+struct ProfileValues;
 
 // The settings panel's clamps, applied to the box's text as its change handler does:
 // a value inside the bounds keeps the text as typed.
@@ -15,8 +16,6 @@ namespace soundRules {
 QString clampSpeed(const QString &vitesse);       // below 3 becomes "3"
 QString clampFrequency(const QString &frequence); // 1..8000
 QString clampVolume(const QString &volume);       // 1..127
-// A stored 0/1 flag: a text that is not a number reads as the key's default.
-bool flag(const QString &stored, bool defaultValue);
 } // namespace soundRules
 
 // Everything the sound engine reads from the settings panel, as texts.
@@ -27,6 +26,7 @@ struct SoundSettings {
     static SoundSettings defaults();
     // The profile's values, passed through the panel's clamps.
     static SoundSettings fromProfile(const SettingsStore &store, const QString &user);
+    static SoundSettings fromProfile(const ProfileValues &profile);
     void applyClamps();
 
     TimingInputs timingInputs() const;

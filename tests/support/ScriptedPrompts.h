@@ -23,9 +23,10 @@ public:
         questions << prompt;
         if (textAnswers.empty())
             return std::nullopt;
-        auto answer = textAnswers.front();
+        const bool answered = textAnswers.front().has_value();
+        const QString text = textAnswers.front().value_or(QString());
         textAnswers.pop_front();
-        return answer;
+        return answered ? std::optional<QString>(text) : std::nullopt;
     }
     std::optional<QColor> askColour(QWidget *, const QColor &) override
     {
