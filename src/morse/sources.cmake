@@ -11,3 +11,4 @@ list(APPEND KELVORA_CORE_SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/morse/SoundSettings.h
   ${CMAKE_CURRENT_SOURCE_DIR}/morse/SoundSettings.cpp
 )
+include(${CMAKE_CURRENT_SOURCE_DIR}/morse/panel_sources.cmake)
