@@ -1,7 +1,9 @@
 #include "app/kvglobal.h"
 
-#include "app/FoundationWindow.h"
 #include "app/GlobalState.h"
+#include "app/MainPF.h"
+#include "app/StartupHooks.h"
+#include "app/UserPrompts.h"
 #include "core/Random.h"
 
 #include <QCoreApplication>
@@ -19,10 +21,12 @@ void Main(const QStringList &arguments)
         random::seed(seedText.toULongLong());
 
     if (!mainWindow) {
-        auto *window = new FoundationWindow(
-            resolveSettingsPath(arguments, qEnvironmentVariable("KELVORA_SETTINGS")));
+        static DialogPrompts prompts;
+        auto *window = new MainPF(
+            resolveSettingsPath(arguments, qEnvironmentVariable("KELVORA_SETTINGS")), prompts);
         window->setAttribute(Qt::WA_DeleteOnClose);
         mainWindow = window;
+        startupHooks::install(*window, arguments);
     }
     mainWindow->show();
 }

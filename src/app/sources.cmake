@@ -12,10 +12,42 @@ list(APPEND KELVORA_CORE_SOURCES
 list(APPEND KELVORA_UI_SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/app/kvglobal.h
   ${CMAKE_CURRENT_SOURCE_DIR}/app/kvglobal.cpp
-  ${CMAKE_CURRENT_SOURCE_DIR}/app/FoundationWindow.h
-  ${CMAKE_CURRENT_SOURCE_DIR}/app/FoundationWindow.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/app/UserPrompts.h
   ${CMAKE_CURRENT_SOURCE_DIR}/app/UserPrompts.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/app/ProfileController.h
   ${CMAKE_CURRENT_SOURCE_DIR}/app/ProfileController.cpp
+)
+list(APPEND KELVORA_CORE_SOURCES
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/ChoiceLists.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/ChoiceLists.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/MainTexts.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/MainTexts.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/SettingControls.h
+)
+list(APPEND KELVORA_UI_SOURCES
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/MainPF.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/MainPF.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/MainPFLoading.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/MainPF.ui
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/MainPFOptions.ui
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/AboutBox.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/AboutBox.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/BoxText.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/BoxText.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/ColourScheme.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/ColourScheme.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/ExerciseSound.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/ExerciseSound.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/MorseKeyArt.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/MorseKeyArt.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/SettingsWriter.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/SettingsWriter.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/StartupHooks.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/StartupHooks.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/ViewSwitcher.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/ViewSwitcher.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/WindowTimers.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/WindowTimers.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/WordTableArea.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/app/WordTableArea.cpp
 )

@@ -19,3 +19,7 @@ list(APPEND KELVORA_CORE_SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/words/WordDatabase.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/words/WordDatabase.h
 )
+list(APPEND KELVORA_CORE_SOURCES
+  ${CMAKE_CURRENT_SOURCE_DIR}/words/RecordSet.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/words/RecordSet.cpp
+)

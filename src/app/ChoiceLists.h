@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace kelvora::choiceLists {
+
+// The lists the main window fills at load, in their order.
+QStringList groupCounts();     // nbgroup: 6 .. 102 by 6
+QStringList wordDelays();      // delaimot, in ms
+QStringList correctionDelays(); // cdelai, in ms
+QStringList progressions();    // PROGRESS: the whole set, then the two learning orders
+QStringList stockQueries();    // REQ: five ready-made conditions on mot
+QStringList portNumbers();     // NCOM: 1 .. 10
+QStringList startupHints();    // List1 until a word drill fills it
+
+// nbgroup's own rule: below 1 becomes "1", above 102 becomes "102"; a text inside the
+// bounds is kept as typed.
+QString clampGroupCount(const QString &text);
+
+} // namespace kelvora::choiceLists

@@ -1,0 +1,353 @@
+#include "app/MainPF.h"
+
+#include "ui_MainPF.h"
+#include "ui_MainPFOptions.h"
+
+#include "app/AboutBox.h"
+#include "app/BoxText.h"
+#include "app/ChoiceLists.h"
+#include "app/ColourScheme.h"
+#include "app/ExerciseSound.h"
+#include "app/GlobalState.h"
+#include "app/MainTexts.h"
+#include "app/MorseKeyArt.h"
+#include "app/ProfileController.h"
+#include "app/SettingsStore.h"
+#include "app/SettingsWriter.h"
+#include "app/UserPrompts.h"
+#include "app/ViewSwitcher.h"
+#include "app/WindowTimers.h"
+#include "app/WordTableArea.h"
+#include "app/kvglobal.h"
+#include "morse/PatternLookup.h"
+#include "morse/SoundSettingsPanel.h"
+#include "words/WordDatabase.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTimer>
+#include <QUrl>
+
+#include <tuple>
+#include <utility>
+
+namespace kelvora {
+
+MainPF::MainPF(const QString &settingsPath, UserPrompts &prompts, QWidget *parent)
+    : QMainWindow(parent)
+    , m_ui(std::make_unique<Ui::MainPF>())
+    , m_options(std::make_unique<Ui::MainPFOptions>())
+    , m_prompts(prompts)
+    , m_store(std::make_unique<SettingsStore>(settingsPath))
+{
+    m_ui->setupUi(this);
+    m_options->setupUi(m_ui->voletContenu);
+    // The reference table stays open for the window's life, as its bound record set does.
+    m_refDatabase = std::make_unique<WordDatabase>(globalState().paths.wordDatabasePath);
+    m_lookup = std::make_unique<PatternLookup>(*m_refDatabase);
+    m_sound = std::make_unique<ExerciseSound>(*m_lookup);
+
+    buildAreas();
+    decorate();
+    wireSettingWriters();
+    wireCommands();
+    wirePanel();
+    markLaterCommands();
+    Form_Load();
+}
+
+MainPF::~MainPF()
+{
+    // The controls go first: leaving them still runs their handlers (the panel
+    // recalculates, a box saves its text), which need the store, the lookup and the Ui
+    // objects that the members below hold.
+    std::unique_ptr<QWidget> controls(takeCentralWidget());
+}
+
+void MainPF::buildAreas()
+{
+    m_panel = new SoundSettingsPanel(*m_lookup, m_prompts, m_ui->pageReglages);
+    m_ui->dispositionReglages->insertWidget(0, m_panel, 1);
+    m_profiles = new ProfileController(*m_store, m_prompts, this);
+    m_writer = new SettingsWriter(*m_store, this);
+    m_views = new ViewSwitcher({m_ui->vues, m_ui->pageExercice, m_ui->List1, m_ui->File1,
+                                m_ui->Web, m_options->Text14, m_ui->Check1},
+                               this);
+    m_colours = new ColourScheme({m_ui->fond,
+                                  m_ui->Frame2,
+                                  m_ui->EXO,
+                                  m_ui->Text1,
+                                  {m_ui->EXO, m_ui->Text1, m_ui->List1, m_ui->File1},
+                                  {m_ui->pageReglages, m_options->Data1, m_ui->PLAYER}},
+                                 *m_writer, m_prompts, this);
+    Ui::MainPFOptions &o = *m_options;
+    m_tables = new WordTableArea({o.TABLES, o.Data1premier, o.Data1precedent, o.Data1suivant,
+                                  o.Data1dernier, o.Data1caption, o.Text14, o.Label31, o.REQ,
+                                  m_ui->importmot1, m_ui->exportmot, m_ui->edittablcourante,
+                                  m_ui->videtable, m_ui->supprimetable},
+                                 this);
+    m_timers = new WindowTimers(m_panel->validateButton(), this);
+    m_timers->watchMouseMovement({this, m_ui->fond, m_ui->Frame2, m_ui->voletContenu});
+
+}
+
+void MainPF::decorate()
+{
+    Ui::MainPFOptions &o = *m_options;
+    // Icons drawn by the style, so that they follow the platform's look.
+    const auto icon = [this](QStyle::StandardPixmap pixmap) { return style()->standardIcon(pixmap); };
+    setWindowIcon(morseKeyArt::icon());
+    m_ui->Picture1->setIcon(morseKeyArt::icon());
+    m_ui->Command1->setIcon(icon(QStyle::SP_MediaVolume));
+    m_ui->playerDebut->setIcon(icon(QStyle::SP_MediaSkipBackward));
+    m_ui->playerJouer->setIcon(icon(QStyle::SP_MediaPlay));
+    m_ui->playerPause->setIcon(icon(QStyle::SP_MediaPause));
+    m_ui->playerStop->setIcon(icon(QStyle::SP_MediaStop));
+    o.Data1premier->setIcon(icon(QStyle::SP_MediaSkipBackward));
+    o.Data1precedent->setIcon(icon(QStyle::SP_MediaSeekBackward));
+    o.Data1suivant->setIcon(icon(QStyle::SP_MediaSeekForward));
+    o.Data1dernier->setIcon(icon(QStyle::SP_MediaSkipForward));
+
+    // Groups of five are read more easily in a larger fixed-width font.
+    QFont exerciseFont = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    exerciseFont.setPointSizeF(font().pointSizeF() * 1.35);
+    m_ui->EXO->setFont(exerciseFont);
+    m_ui->Text1->setFont(exerciseFont);
+
+    // The status bar keeps, right of the messages: the prepared sound's length, the
+    // banner (also the caption) and the size of the reference table.
+    const std::tuple<const char *, const char *, const char *> labels[] = {
+        {"dureeExercice", "Durée de l'exercice préparé",
+         "Durée du son de l'exercice préparé (tmp/test.wav)"},
+        {"bandeau", "Bandeau", "Version, table courante et utilisateur"},
+        {"REF", "Caractères de la table de référence",
+         "Nombre de caractères que Kelvora sait transmettre"},
+    };
+    bool first = true;
+    for (const auto &[name, accessible, tip] : labels) {
+        if (!std::exchange(first, false)) {
+            auto *separator = new QFrame(statusBar());
+            separator->setFrameShape(QFrame::VLine);
+            separator->setFrameShadow(QFrame::Sunken);
+            statusBar()->addPermanentWidget(separator);
+        }
+        auto *label = new QLabel(statusBar());
+        label->setContentsMargins(6, 0, 6, 0);
+        label->setObjectName(QString::fromLatin1(name));
+        label->setAccessibleName(QString::fromUtf8(accessible));
+        label->setToolTip(QString::fromUtf8(tip));
+        statusBar()->addPermanentWidget(label);
+    }
+}
+
+void MainPF::wireSettingWriters()
+{
+    Ui::MainPFOptions &o = *m_options;
+    m_writer->saveOnChange(o.delaimot, userKeys::delaimot);
+    m_writer->saveOnChange(o.PROGRESS, userKeys::progress);
+    m_writer->saveOnToggle(o.Q1, userKeys::qrm10);
+    m_writer->saveOnToggle(o.Q2, userKeys::qrm20);
+    m_writer->saveOnToggle(o.Q3, userKeys::qrm30);
+    m_writer->saveOnToggle(o.Fcorrection, userKeys::fcorrection);
+    // The view switcher reacted first (it was connected first); then the value is saved.
+    m_writer->saveOnToggle(m_ui->Check1, userKeys::cache);
+    connect(o.nbgroup, &QComboBox::currentTextChanged, this, &MainPF::onGroupCountChanged);
+    connect(o.debfin, &QCheckBox::toggled, this, &MainPF::onDebfinToggled);
+    connect(o.renfor, &QLineEdit::textChanged, this, [this](const QString &text) {
+        // The reinforcement character never keeps surrounding blanks.
+        const QString trimmed = text.trimmed();
+        if (trimmed != text)
+            m_options->renfor->setText(trimmed);
+    });
+    connect(m_tables, &WordTableArea::tableSelected, this, [this](const QString &table) {
+        affichebandeau();
+        m_writer->save(userKeys::lasttable, table);
+    });
+    connect(m_tables, &WordTableArea::countChanged, this, &MainPF::affichebandeau);
+}
+
+void MainPF::wireCommands()
+{
+    Ui::MainPF &ui = *m_ui;
+    for (auto [button, action, slot] :
+         {std::tuple{ui.Command14, ui.AfExercices, &ViewSwitcher::showExercise},
+          std::tuple{ui.Command15, ui.afcache, &ViewSwitcher::showHelp},
+          std::tuple{ui.Command16, ui.affichiers, &ViewSwitcher::showFiles},
+          std::tuple{ui.Command11, ui.aflistmot, &ViewSwitcher::showList}}) {
+        connect(button, &QPushButton::clicked, m_views, slot);
+        connect(action, &QAction::triggered, m_views, slot);
+    }
+    connect(ui.Aide, &QAction::triggered, m_views, &ViewSwitcher::toggleHelp);
+    connect(ui.Command1, &QPushButton::clicked, this, &MainPF::prepare);
+    connect(ui.Pr_parer, &QAction::triggered, this, &MainPF::prepare);
+    connect(ui.reglager, &QAction::triggered, this, &MainPF::reglager);
+    connect(ui.utilchanger, &QAction::triggered, this, &MainPF::utilchanger);
+    connect(ui.quitter, &QAction::triggered, this, &MainPF::quitter);
+    connect(ui.raz, &QAction::triggered, this, &MainPF::raz);
+    connect(ui.apropos, &QAction::triggered, this, &MainPF::showAbout);
+    connect(ui.Picture1, &QToolButton::clicked, this, &MainPF::openLearningPage);
+    connect(m_profiles, &ProfileController::notice, this, &MainPF::showNotice);
+    connect(m_timers->timer6(), &QTimer::timeout, m_colours, &ColourScheme::randomFrameColour);
+}
+
+void MainPF::wirePanel()
+{
+    connect(m_panel, &SoundSettingsPanel::validated, this, &MainPF::valider);
+    connect(m_panel, &SoundSettingsPanel::memoriseRequested, this, &MainPF::memorise);
+    connect(m_panel, &SoundSettingsPanel::testRequested, this, &MainPF::testReferenceWord);
+    connect(m_panel, &SoundSettingsPanel::characterSetRequested, m_options->PROGRESS,
+            &QComboBox::setEditText);
+    if (auto *editReference = m_panel->findChild<QPushButton *>(QStringLiteral("editreftable"))) {
+        editReference->setEnabled(false);
+        editReference->setToolTip(QString::fromUtf8(mainTexts::laterTooltip));
+    }
+    if (QPushButton *validate = m_panel->validateButton())
+        validate->setAccessibleName(QStringLiteral("Valider"));
+}
+
+void MainPF::markLaterCommands()
+{
+    const Ui::MainPF &ui = *m_ui;
+    const QString later = QString::fromUtf8(mainTexts::laterTooltip);
+    for (QAction *action :
+         {ui.ouvrir, ui.createtable, ui.edittablcourante, ui.importmot1, ui.exportmot,
+          ui.videtable, ui.supprimetable, ui.fenreq, ui.fencla, ui.fentable, ui.EXAMENCOMPLET,
+          ui.G36EXAMEN, ui.G36lettres, ui.G36chiffres, ui.G12ponctuations, ui.G36Mélangés,
+          ui.motprogression, ui.Maleatoires, ui.MaleatoiresAcc, ui.indicatifs, ui.ajout,
+          ui.motenboucle, ui.motclavier, ui.jouer, ui.pstop, ui.pause, ui.textengroupe, ui.racc,
+          ui.inversion, ui.doubleespace, ui.cjouer, ui.cpause, ui.cstop}) {
+        action->setEnabled(false);
+        action->setToolTip(later);
+    }
+}
+
+void MainPF::setUserCaption(const QString &user)
+{
+    m_ui->Putilisateur->setTitle(ProfileController::menuCaption(user));
+}
+
+void MainPF::showNotice(const QString &text)
+{
+    statusBar()->showMessage(text, 15000);
+}
+
+void MainPF::onGroupCountChanged(const QString &text)
+{
+    const QString clamped = choiceLists::clampGroupCount(text);
+    if (clamped != text) {
+        // The change this makes comes back here and saves the bound.
+        m_options->nbgroup->setEditText(clamped);
+        return;
+    }
+    m_writer->save(userKeys::nbgroup, text);
+}
+
+void MainPF::onDebfinToggled()
+{
+    if (m_writer->isRestoring())
+        return;
+    // The sound follows the new choice at once, without a new "Préparer".
+    test();
+    m_writer->save(userKeys::debfin, boxText::text(m_options->debfin));
+}
+
+void MainPF::reglager()
+{
+    m_options->Fcorrection->setChecked(false);
+    m_ui->Frame2->hide();
+    m_ui->pageReglages->show();
+    m_panel->show();
+    setMenusVisible(false);
+}
+
+void MainPF::valider()
+{
+    m_panel->hide();
+    m_ui->pageReglages->hide();
+    m_ui->Frame2->show();
+    setMenusVisible(true);
+}
+
+void MainPF::setMenusVisible(bool visible)
+{
+    const Ui::MainPF &ui = *m_ui;
+    for (QMenu *menu : {ui.menuFichier, ui.menuAffichage, ui.menuExercices, ui.menuMusique,
+                        ui.menuOutils, ui.menuCorrections, ui.menuParametres, ui.menuAide})
+        menu->menuAction()->setVisible(visible);
+}
+
+void MainPF::memorise()
+{
+    m_writer->memorise(this);
+    showNotice(QStringLiteral("Paramètres mémorisés pour ") + globalState().currentUser);
+}
+
+void MainPF::utilchanger()
+{
+    if (!m_profiles->utilchanger(this))
+        return;
+    setUserCaption(globalState().currentUser);
+    restorparamuser();
+}
+
+void MainPF::raz()
+{
+    m_profiles->raz();
+    quitter();
+}
+
+void MainPF::quitter()
+{
+    emit programEnding();
+    // exit() ends the event loop without asking the windows to close, so the settings
+    // panel cannot hold the program open.
+    QCoreApplication::exit(0);
+}
+
+void MainPF::testReferenceWord()
+{
+    m_panel->CALCCONFIG();
+    m_ui->EXO->setPlainText(m_panel->boxText(QStringLiteral("MOT")));
+    m_ui->EXO->selectAll();
+    test();
+}
+
+void MainPF::showAbout()
+{
+    if (!kvglobal::aboutWindow)
+        kvglobal::aboutWindow = new AboutBox(this);
+    kvglobal::aboutWindow->show();
+    kvglobal::aboutWindow->raise();
+    kvglobal::aboutWindow->activateWindow();
+}
+
+void MainPF::openLearningPage()
+{
+    const QUrl page(QString::fromLatin1(mainTexts::learningPageUrl));
+    if (!QDesktopServices::openUrl(page))
+        showNotice(QStringLiteral("Impossible d'ouvrir ") + page.toString());
+}
+
+void MainPF::closeEvent(QCloseEvent *event)
+{
+    if (m_panel->isVisibleTo(this)) {
+        event->ignore();
+        showNotice(QStringLiteral("Terminez d'abord les réglages avec « Valider »."));
+        return;
+    }
+    event->accept();
+}
+
+void MainPF::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        m_tables->refresh();
+    QMainWindow::changeEvent(event);
+}
+
+} // namespace kelvora

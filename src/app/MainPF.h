@@ -1,0 +1,107 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include <memory>
+
+namespace Ui {
+class MainPF;
+class MainPFOptions;
+} // namespace Ui
+
+namespace kelvora {
+
+class ColourScheme;
+class ExerciseSound;
+class PatternLookup;
+class ProfileController;
+class SettingsStore;
+class SettingsWriter;
+class SoundSettingsPanel;
+class UserPrompts;
+class ViewSwitcher;
+class WindowTimers;
+class WordDatabase;
+class WordTableArea;
+
+// The main window. It owns the controls (MainPF.ui, MainPFOptions.ui) and the sound
+// settings panel; the behaviour of each area lives in the objects it wires up.
+class MainPF : public QMainWindow {
+    Q_OBJECT
+public:
+    // `settingsPath` is the INI file of the profiles; `prompts` answers every modal
+    // question. Loading (last user, lists, greeting, profile, first rendering) runs here.
+    MainPF(const QString &settingsPath, UserPrompts &prompts, QWidget *parent = nullptr);
+    ~MainPF() override;
+
+    // The caption: "Kelvora Version 3.2.5, Table : mot (N),   Utilisateur=user".
+    void affichebandeau();
+    // Puts the current user's profile into the controls, then recalculates and renders.
+    void restorparamuser();
+    // Renders the exercise text into tmp/test.wav with the panel's settings; false,
+    // with the reason in `error`, when nothing could be rendered.
+    bool test(QString *error = nullptr);
+    // "Préparer la musique".
+    void prepare();
+
+    void reglager(); // shows the settings panel in place of the exercise frame
+    void valider();  // the reverse, once the panel has recalculated
+    void memorise(); // "Mémoriser ces paramètres"
+    void utilchanger();
+    void raz();
+    void quitter();
+
+    SoundSettingsPanel *soundPanel() const { return m_panel; }
+    WindowTimers *timers() const { return m_timers; }
+    ColourScheme *colours() const { return m_colours; }
+
+signals:
+    // "Quitter" or the reset: the program ends now.
+    void programEnding();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void buildAreas();
+    void decorate();
+    void wireCommands();
+    void wireSettingWriters();
+    void wirePanel();
+    void markLaterCommands();
+    void Form_Load();
+    void fillChoiceLists();
+    void writeGreeting();
+    void showReferenceCount();
+    void setUserCaption(const QString &user);
+    void showNotice(const QString &text);
+    void testReferenceWord();
+    void showAbout();
+    void openLearningPage();
+    void onGroupCountChanged(const QString &text);
+    void onDebfinToggled();
+    void setMenusVisible(bool visible);
+    void fitToScreen();
+
+    std::unique_ptr<Ui::MainPF> m_ui;
+    std::unique_ptr<Ui::MainPFOptions> m_options;
+    UserPrompts &m_prompts;
+    std::unique_ptr<SettingsStore> m_store;
+    std::unique_ptr<WordDatabase> m_refDatabase;
+    std::unique_ptr<PatternLookup> m_lookup;
+    std::unique_ptr<ExerciseSound> m_sound;
+
+    SoundSettingsPanel *m_panel = nullptr;
+    ProfileController *m_profiles = nullptr;
+    SettingsWriter *m_writer = nullptr;
+    ViewSwitcher *m_views = nullptr;
+    ColourScheme *m_colours = nullptr;
+    WordTableArea *m_tables = nullptr;
+    WindowTimers *m_timers = nullptr;
+
+    QString m_fichier1;   // last text file picked, for the file list
+    int m_portNumber = 1; // push-to-talk port, from "ncom"
+};
+
+} // namespace kelvora

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QString>
+
+#include <vector>
+
+namespace kelvora {
+
+// The rows of one record source written in the program's query dialect ("select * from
+// mot order by mot"), with a current position, as the main window's bound record set
+// uses them. Word tables have no key and may hold duplicates, so each row keeps SQLite's
+// rowid. The rows are a snapshot: refresh() reads the source again.
+class RecordSet {
+public:
+    RecordSet() = default;
+    RecordSet(const QString &databasePath, const QString &source);
+
+    void setDatabasePath(const QString &path) { m_databasePath = path; }
+    QString databasePath() const { return m_databasePath; }
+    void setSource(const QString &source) { m_source = source; }
+    QString source() const { return m_source; }
+
+    // Reads the source again and stands on the first row. False when the source fails
+    // (a table that does not exist, a bad condition): the set is then empty.
+    bool refresh();
+    QString error() const { return m_error; }
+
+    int count() const { return int(m_rows.size()); }
+    bool isEmpty() const { return m_rows.empty(); }
+    // Zero-based position of the current row, -1 when there is none.
+    int position() const { return m_position; }
+
+    // Moves stop at the first and the last row, as the navigation arrows do.
+    bool moveFirst();
+    bool movePrevious();
+    bool moveNext();
+    bool moveLast();
+    bool moveTo(int position);
+
+    // The column mot of the current row; empty when there is no current row.
+    QString word() const;
+    // The current row's rowid; -1 when there is none or the source gives no rowid.
+    qint64 rowid() const;
+
+    // The statement run for `source`: "select *" becomes "select rowid, *", so that
+    // every row can be addressed.
+    static QString withRowid(const QString &source);
+
+private:
+    struct Row {
+        qint64 rowid = -1;
+        QString word;
+    };
+
+    QString m_databasePath;
+    QString m_source;
+    QString m_error;
+    std::vector<Row> m_rows;
+    int m_position = -1;
+};
+
+} // namespace kelvora

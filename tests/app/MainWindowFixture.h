@@ -1,0 +1,55 @@
+#pragma once
+
+#include "RefFixture.h"
+#include "ScriptedPrompts.h"
+
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace kelvora {
+
+class MainPF;
+class SettingsStore;
+
+namespace testsupport {
+
+// A temporary installation root for the main window (db/ with the reference table and
+// three word tables, tmp/, doc/ with the help page, textes/ with three texts) and a
+// temporary settings file. The global paths point at this root while it lives.
+class MainWindowFixture {
+public:
+    MainWindowFixture();
+    bool isValid() const;
+
+    QString root() const { return m_root; }
+    QString settingsPath() const { return m_ini; }
+    QString path(const QString &relative) const { return m_root + u'/' + relative; }
+
+    // Word tables of the database, besides `ref` and an engine table.
+    static QStringList wordTables() { return {"animaux", "mot", "qcode"}; }
+    QStringList words(const QString &table) const; // sorted as the window sorts them
+    bool addWord(const QString &table, const QString &word);
+
+    // A window loaded on the fixture's settings; questions go to `prompts`.
+    std::unique_ptr<MainPF> openWindow();
+    // Writes a value straight into the settings file, as another program would.
+    void store(const QString &section, const QString &key, const QString &value);
+    QString stored(const QString &section, const QString &key) const;
+    QStringList storedSections() const;
+
+    ScriptedPrompts prompts;
+
+private:
+    RefFixture m_ref;
+    QTemporaryDir m_dir;
+    QString m_root;
+    QString m_ini;
+};
+
+QByteArray fileBytes(const QString &path);
+
+} // namespace testsupport
+} // namespace kelvora
