@@ -1,0 +1,194 @@
+// Playback latencies of the media device, on a private audio server's null sink:
+//   (a) "Open" of a rendered 36-group examination WAV until the device is ready to play
+//       (a device reopened as each preparation does, and a fresh device);
+//   (b) play() until the first non-silent sample reaches the sink, as its monitor
+//       records it (parec): the arrival of that sample in this process, so parec's own
+//       delivery time is included.
+// Run under an audio server, e.g. the one of scripts/run-tests.sh, or start one:
+//   pulseaudio -D -n --exit-idle-time=-1 --load=module-null-sink --load=module-native-protocol-unix
+//   build/bench/bench_playback
+#include "SoundCapture.h"
+#include "core/Random.h"
+#include "morse/PatternLookup.h"
+#include "morse/SoundRenderer.h"
+#include "morse/SoundSettings.h"
+#include "playback/MediaDevice.h"
+#include "words/WordDatabase.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+using namespace kelvora;
+using namespace kelvora::soundcapture;
+
+namespace {
+
+struct ExamFile {
+    QTemporaryDir dir;
+    QString wavPath;
+    double seconds = 0;
+
+    ExamFile()
+    {
+        WordDatabase db(dir.filePath("kvmot.sqlite"), WordDatabase::OpenMode::ReadWriteCreate);
+        db.exec("CREATE TABLE ref (car TEXT, cw TEXT, wav TEXT)");
+        QFile tsv(QStringLiteral(KELVORA_SOURCE_DATA "/ref/ref.tsv"));
+        tsv.open(QIODevice::ReadOnly);
+        Transaction t(db);
+        for (const QString &line : QString::fromUtf8(tsv.readAll()).split('\n')) {
+            const QStringList f = line.split('\t');
+            if (f.size() == 3 && !line.startsWith('#'))
+                db.exec("INSERT INTO ref (car, cw, wav) VALUES (?, ?, ?)", {f[0], f[1], f[2]});
+        }
+        t.commit();
+        PatternLookup lookup(db);
+        const SoundSettings settings = SoundSettings::defaults();
+        const TimingPlan plan = CALCCONFIG(settings.timingInputs(), lookup).plan;
+
+        const QString alphabet = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.,?/+'<*");
+        random::seed(36);
+        QString text;
+        for (int g = 0; g < 36; ++g) {
+            for (int c = 0; c < 5; ++c)
+                text += alphabet[random::draw(int(alphabet.size()))];
+            text += u' ';
+        }
+        RenderRequest r;
+        r.exerciseText = text;
+        r.debfin = true;
+        r.deb = settings.deb;
+        r.fin = settings.fin;
+        r.tone = settings.toneSettings(plan);
+        r.wavPath = dir.filePath("test.wav");
+        r.textPath = dir.filePath("test.txt");
+        const RenderResult result = test(r, lookup);
+        wavPath = r.wavPath;
+        seconds = result.durationSeconds();
+    }
+};
+
+ExamFile &exam()
+{
+    static ExamFile e;
+    return e;
+}
+
+void BM_OpenReopened(benchmark::State &state)
+{
+    MediaDevice device;
+    device.open(exam().wavPath);
+    for (auto _ : state) {
+        device.close(); // as each preparation does before rewriting the file
+        benchmark::DoNotOptimize(device.open(exam().wavPath));
+    }
+    state.counters["silent"] = device.isSilent();
+    state.counters["length_s"] = double(device.lengthMs()) / 1000;
+}
+
+void BM_OpenFreshDevice(benchmark::State &state)
+{
+    std::optional<MediaDevice> device;
+    for (auto _ : state) {
+        device.emplace();
+        benchmark::DoNotOptimize(device->open(exam().wavPath));
+        state.PauseTiming();
+        device.reset();
+        QCoreApplication::processEvents();
+        state.ResumeTiming();
+    }
+}
+
+struct Capture {
+    std::unique_ptr<PrivateSink> sink;
+    std::unique_ptr<MonitorRecorder> recorder;
+    QAudioDevice device;
+    QString problem;
+
+    Capture()
+    {
+        problem = serverProblem();
+        if (!problem.isEmpty())
+            return;
+        sink = std::make_unique<PrivateSink>(QStringLiteral("bench"));
+        device = sink->device(10000);
+        recorder = std::make_unique<MonitorRecorder>(sink->name());
+        if (device.isNull() || !recorder->start(10000))
+            problem = QStringLiteral("the private null sink could not be recorded");
+    }
+};
+
+Capture &capture()
+{
+    static Capture c;
+    return c;
+}
+
+void settle(int ms)
+{
+    QElapsedTimer t;
+    t.start();
+    while (t.elapsed() < ms)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+}
+
+void BM_PlayToFirstSound(benchmark::State &state)
+{
+    Capture &c = capture();
+    if (!c.problem.isEmpty()) {
+        state.SkipWithError(qPrintable(c.problem));
+        return;
+    }
+    MediaDevice device;
+    device.setOutputDevice(c.device);
+    device.open(exam().wavPath);
+    if (device.isSilent()) {
+        state.SkipWithError("the media device plays in silence");
+        return;
+    }
+    for (auto _ : state) {
+        settle(300); // the sink's monitor is silent again
+        const qsizetype from = c.recorder->samples().size();
+        const qint64 playedAt = c.recorder->nowNs();
+        device.play();
+        qsizetype first = -1;
+        QElapsedTimer limit;
+        limit.start();
+        while (first < 0 && limit.elapsed() < 5000) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+            first = firstSound(c.recorder->samples(), from);
+        }
+        if (first < 0) {
+            state.SkipWithError("no sound reached the sink");
+            return;
+        }
+        state.SetIterationTime(double(c.recorder->arrivalNs(first) - playedAt) / 1e9);
+        device.stop();
+        device.prev();
+    }
+}
+
+BENCHMARK(BM_OpenReopened)->Unit(benchmark::kMillisecond)->Repetitions(7)->ReportAggregatesOnly(true);
+BENCHMARK(BM_OpenFreshDevice)->Unit(benchmark::kMillisecond)->Repetitions(7)->ReportAggregatesOnly(true);
+BENCHMARK(BM_PlayToFirstSound)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(3)->Repetitions(7)->ReportAggregatesOnly(true);
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    std::printf("Examination file: %s, %.1f s of sound\n", qPrintable(exam().wavPath), exam().seconds);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
