@@ -6,9 +6,9 @@ namespace kelvora::mainTexts {
 
 // The station that signs the greeting off.
 inline constexpr const char *greetingCallSign = "F4KLV";
-// The Morse learning page of the French national amateur-radio association (REF),
-// opened by the Morse key picture.
-inline constexpr const char *learningPageUrl = "https://www.r-e-f.org/";
+// The site of the Union Française des Télégraphistes, the French association of
+// amateur Morse operators, which runs Morse courses; opened by the Morse key picture.
+inline constexpr const char *learningPageUrl = "https://www.uft.net/";
 // Tooltip of every command whose work comes with a later release.
 inline constexpr const char *laterTooltip = "Disponible dans une prochaine version";
 

@@ -298,7 +298,7 @@ void PanelsTest::morseKeyOpensTheLearningPage()
     QTest::mouseClick(key, Qt::LeftButton);
     QDesktopServices::unsetUrlHandler("https");
     QCOMPARE(catcher.urls.size(), 1);
-    QCOMPARE(catcher.urls.front().host(), QStringLiteral("www.r-e-f.org"));
+    QCOMPARE(catcher.urls.front().host(), QStringLiteral("www.uft.net"));
 }
 
 void PanelsTest::idleTimeAndMouseMovesStirTheRandomSequence()
