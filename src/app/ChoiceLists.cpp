@@ -2,6 +2,10 @@
 
 #include "core/Numbers.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 namespace kelvora::choiceLists {
 
 QStringList groupCounts()
@@ -86,6 +90,24 @@ QString clampGroupCount(const QString &text)
     if (v > 102)
         return QStringLiteral("102");
     return text;
+}
+
+QString clampPortNumber(const QString &text)
+{
+    const double v = numbers::leadingNumber(text);
+    if (v < 1)
+        return QStringLiteral("1");
+    if (v > 10)
+        return QStringLiteral("9");
+    return text;
+}
+
+int portNumberOf(const QString &text)
+{
+    // Whole-number conversion of the program rounds half to even.
+    const double v = std::nearbyint(numbers::leadingNumber(text));
+    return int(std::clamp(v, double(std::numeric_limits<int>::min()),
+                          double(std::numeric_limits<int>::max())));
 }
 
 } // namespace kelvora::choiceLists

@@ -18,4 +18,10 @@ QStringList startupHints();    // List1 until a word drill fills it
 // bounds is kept as typed.
 QString clampGroupCount(const QString &text);
 
+// NCOM's own rule: below 1 becomes "1"; above 10 becomes "9", not "10" (a deliberate
+// clamp: ports 1 to 10 can be typed, anything larger goes to 9); otherwise kept as typed.
+QString clampPortNumber(const QString &text);
+// The port number a box's text stands for: its leading number as a whole number.
+int portNumberOf(const QString &text);
+
 } // namespace kelvora::choiceLists

@@ -19,8 +19,12 @@
 #include "app/WindowTimers.h"
 #include "app/WordTableArea.h"
 #include "app/kvglobal.h"
+#include "exercises/CorrectionReplay.h"
 #include "morse/PatternLookup.h"
 #include "morse/SoundSettingsPanel.h"
+#include "playback/BackgroundNoise.h"
+#include "playback/ExercisePlayback.h"
+#include "playback/PushToTalkControl.h"
 #include "words/WordDatabase.h"
 
 #include <QCloseEvent>
@@ -56,6 +60,7 @@ MainPF::MainPF(const QString &settingsPath, UserPrompts &prompts, QWidget *paren
     decorate();
     wireSettingWriters();
     wireCommands();
+    wirePlayback();
     wirePanel();
     markLaterCommands();
     Form_Load();
@@ -63,7 +68,13 @@ MainPF::MainPF(const QString &settingsPath, UserPrompts &prompts, QWidget *paren
 
 MainPF::~MainPF()
 {
-    // The controls go first: leaving them still runs their handlers (the panel
+    // The sounding areas go first, while the controls they drive still stand: a sound
+    // output that closes may run pending events.
+    delete std::exchange(m_correction, nullptr);
+    delete std::exchange(m_playback, nullptr);
+    delete std::exchange(m_noise, nullptr);
+    delete std::exchange(m_ptt, nullptr);
+    // Then the controls: leaving them still runs their handlers (the panel
     // recalculates, a box saves its text), which need the store, the lookup and the Ui
     // objects that the members below hold.
     std::unique_ptr<QWidget> controls(takeCentralWidget());
@@ -93,7 +104,7 @@ void MainPF::buildAreas()
                                  this);
     m_timers = new WindowTimers(m_panel->validateButton(), this);
     m_timers->watchMouseMovement({this, m_ui->fond, m_ui->Frame2, m_ui->voletContenu});
-
+    buildPlayback();
 }
 
 void MainPF::decorate()
@@ -108,6 +119,11 @@ void MainPF::decorate()
     m_ui->playerJouer->setIcon(icon(QStyle::SP_MediaPlay));
     m_ui->playerPause->setIcon(icon(QStyle::SP_MediaPause));
     m_ui->playerStop->setIcon(icon(QStyle::SP_MediaStop));
+    // The time box holds "length - position" of an hour-long exercise, and no more.
+    m_ui->TRB->setFixedWidth(m_ui->TRB->fontMetrics().horizontalAdvance(
+                                 QStringLiteral("00'00''000 - 00'00''000"))
+                             + 4 * m_ui->TRB->style()->pixelMetric(QStyle::PM_DefaultFrameWidth)
+                             + 12);
     o.Data1premier->setIcon(icon(QStyle::SP_MediaSkipBackward));
     o.Data1precedent->setIcon(icon(QStyle::SP_MediaSeekBackward));
     o.Data1suivant->setIcon(icon(QStyle::SP_MediaSeekForward));
@@ -183,8 +199,6 @@ void MainPF::wireCommands()
         connect(action, &QAction::triggered, m_views, slot);
     }
     connect(ui.Aide, &QAction::triggered, m_views, &ViewSwitcher::toggleHelp);
-    connect(ui.Command1, &QPushButton::clicked, this, &MainPF::prepare);
-    connect(ui.Pr_parer, &QAction::triggered, this, &MainPF::prepare);
     connect(ui.reglager, &QAction::triggered, this, &MainPF::reglager);
     connect(ui.utilchanger, &QAction::triggered, this, &MainPF::utilchanger);
     connect(ui.quitter, &QAction::triggered, this, &MainPF::quitter);
@@ -219,8 +233,8 @@ void MainPF::markLaterCommands()
           ui.videtable, ui.supprimetable, ui.fenreq, ui.fencla, ui.fentable, ui.EXAMENCOMPLET,
           ui.G36EXAMEN, ui.G36lettres, ui.G36chiffres, ui.G12ponctuations, ui.G36Mélangés,
           ui.motprogression, ui.Maleatoires, ui.MaleatoiresAcc, ui.indicatifs, ui.ajout,
-          ui.motenboucle, ui.motclavier, ui.jouer, ui.pstop, ui.pause, ui.textengroupe, ui.racc,
-          ui.inversion, ui.doubleespace, ui.cjouer, ui.cpause, ui.cstop}) {
+          ui.motenboucle, ui.motclavier, ui.textengroupe, ui.racc, ui.inversion,
+          ui.doubleespace}) {
         action->setEnabled(false);
         action->setToolTip(later);
     }
@@ -252,7 +266,7 @@ void MainPF::onDebfinToggled()
     if (m_writer->isRestoring())
         return;
     // The sound follows the new choice at once, without a new "Préparer".
-    test();
+    m_playback->prepare(true);
     m_writer->save(userKeys::debfin, boxText::text(m_options->debfin));
 }
 
@@ -307,14 +321,6 @@ void MainPF::quitter()
     // exit() ends the event loop without asking the windows to close, so the settings
     // panel cannot hold the program open.
     QCoreApplication::exit(0);
-}
-
-void MainPF::testReferenceWord()
-{
-    m_panel->CALCCONFIG();
-    m_ui->EXO->setPlainText(m_panel->boxText(QStringLiteral("MOT")));
-    m_ui->EXO->selectAll();
-    test();
 }
 
 void MainPF::showAbout()

@@ -2,6 +2,8 @@
 
 #include <QMainWindow>
 
+class QTimer;
+
 #include <memory>
 
 namespace Ui {
@@ -11,10 +13,14 @@ class MainPFOptions;
 
 namespace kelvora {
 
+class BackgroundNoise;
 class ColourScheme;
+class CorrectionReplay;
+class ExercisePlayback;
 class ExerciseSound;
 class PatternLookup;
 class ProfileController;
+class PushToTalkControl;
 class SettingsStore;
 class SettingsWriter;
 class SoundSettingsPanel;
@@ -38,8 +44,9 @@ public:
     void affichebandeau();
     // Puts the current user's profile into the controls, then recalculates and renders.
     void restorparamuser();
-    // Renders the exercise text into tmp/test.wav with the panel's settings; false,
-    // with the reason in `error`, when nothing could be rendered.
+    // Renders the exercise text into tmp/test.wav with the panel's settings, closing the
+    // player before and opening it again after; false when the sound is not ready, with
+    // the reason in `error` (or in the status bar when `error` is null).
     bool test(QString *error = nullptr);
     // "Préparer la musique".
     void prepare();
@@ -54,6 +61,10 @@ public:
     SoundSettingsPanel *soundPanel() const { return m_panel; }
     WindowTimers *timers() const { return m_timers; }
     ColourScheme *colours() const { return m_colours; }
+    ExercisePlayback *playback() const { return m_playback; }
+    BackgroundNoise *noise() const { return m_noise; }
+    PushToTalkControl *pushToTalk() const { return m_ptt; }
+    CorrectionReplay *correction() const { return m_correction; }
 
 signals:
     // "Quitter" or the reset: the program ends now.
@@ -65,6 +76,9 @@ protected:
 
 private:
     void buildAreas();
+    void buildPlayback();
+    void wirePlayback();
+    bool renderExercise(QString *error);
     void decorate();
     void wireCommands();
     void wireSettingWriters();
@@ -99,9 +113,13 @@ private:
     ColourScheme *m_colours = nullptr;
     WordTableArea *m_tables = nullptr;
     WindowTimers *m_timers = nullptr;
+    QTimer *m_timer4 = nullptr; // the word loop's timer
+    BackgroundNoise *m_noise = nullptr;
+    PushToTalkControl *m_ptt = nullptr;
+    CorrectionReplay *m_correction = nullptr;
+    ExercisePlayback *m_playback = nullptr;
 
     QString m_fichier1;   // last text file picked, for the file list
-    int m_portNumber = 1; // push-to-talk port, from "ncom"
 };
 
 } // namespace kelvora

@@ -1,4 +1,4 @@
-// MainPF: loading, profile restore, caption banner and rendering.
+// MainPF: loading, profile restore and caption banner.
 #include "app/MainPF.h"
 
 #include "ui_MainPF.h"
@@ -19,8 +19,12 @@
 #include "app/WindowTimers.h"
 #include "app/WordTableArea.h"
 #include "morse/SoundSettingsPanel.h"
+#include "playback/BackgroundNoise.h"
+#include "playback/ExercisePlayback.h"
+#include "playback/PushToTalkControl.h"
 #include "words/RecordSet.h"
 
+#include <QFileInfo>
 #include <QLabel>
 #include <QLocale>
 #include <QLineEdit>
@@ -60,10 +64,15 @@ void MainPF::Form_Load()
     writeGreeting();
     // 9. The help page.
     m_views->loadHelpPage();
-    // 10. The sound devices come with playback.
+    // 10. The sound devices: the three noises, then the player.
+    const AppPaths &paths = globalState().paths;
+    m_noise->openAll({paths.noiseWavPath1, paths.noiseWavPath2, paths.noiseWavPath3});
+    // A first start has no exercise sound yet: the preparation below makes and opens it.
+    if (QFileInfo::exists(paths.testWavPath))
+        m_playback->openPlayer();
     // 11. The profile, then the preparation, so that the greeting is ready to play.
     restorparamuser();
-    test();
+    m_playback->prepare(false);
     m_timers->start();
 }
 
@@ -147,7 +156,7 @@ void MainPF::restorparamuser()
         put(k::activecom, QString::number(p.activecom));
         // A port that is not a number shows as the default port.
         put(k::ncom, numberOrDefault(p.ncom, k::ncom));
-        m_portNumber = p.ncomPort;
+        m_ptt->restorePort(p.ncomPort);
         put(k::fcorrection, QString::number(p.fcorrection));
         put(k::debfin, QString::number(p.debfin));
         put(k::cache, QString::number(p.cache));
@@ -170,35 +179,6 @@ void MainPF::affichebandeau()
     const GlobalState &state = globalState();
     setWindowTitle(mainTexts::banner(state.currentTable, m_tables->count(), state.currentUser));
     statusBar()->findChild<QLabel *>(QStringLiteral("bandeau"))->setText(windowTitle());
-}
-
-bool MainPF::test(QString *error)
-{
-    SoundSettings settings = m_panel->settings();
-    settings.debfin = m_options->debfin->isChecked();
-    const RenderResult r = m_sound->test(*m_ui->EXO, settings, m_panel->timingPlan());
-    if (!r.ok) {
-        showNotice(r.error);
-        if (error)
-            *error = r.error;
-        return false;
-    }
-    m_panel->addSentPatternPositions(r.patternPositions);
-    statusBar()->findChild<QLabel *>(QStringLiteral("dureeExercice"))
-        ->setText(QStringLiteral("Exercice prêt : %1 s de Morse")
-                      .arg(QLocale(QLocale::French).toString(r.durationSeconds(), 'f', 1)));
-    return true;
-}
-
-void MainPF::prepare()
-{
-    QString error;
-    if (!test(&error)) {
-        m_prompts.message(this, error);
-        return;
-    }
-    if (!m_ui->Check1->isChecked() && m_ui->EXO->isVisible())
-        m_ui->EXO->setFocus();
 }
 
 } // namespace kelvora

@@ -3,6 +3,7 @@
 #include "app/AppPaths.h"
 #include "app/MainPF.h"
 
+#include <QAbstractButton>
 #include <QCoreApplication>
 #include <QPixmap>
 #include <QPlainTextEdit>
@@ -27,6 +28,9 @@ void takeScreenshot(MainPF &window, const QStringList &arguments, const QString 
         exercise->setPlainText(text);
         window.findChild<QPushButton *>(QStringLiteral("Command1"))->click();
     }
+    // The player's own Play button, so that the shot shows the exercise running.
+    if (arguments.contains(QStringLiteral("--screenshot-play")))
+        window.findChild<QAbstractButton *>(QStringLiteral("playerJouer"))->click();
     if (arguments.contains(QStringLiteral("--screenshot-settings")))
         window.reglager();
     QTimer::singleShot(settleMs, &window, [&window, file] {

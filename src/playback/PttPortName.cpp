@@ -23,4 +23,9 @@ QString PttPortName::label(int portNumber)
     return QStringLiteral("COM%1").arg(portNumber);
 }
 
+QString PttPortName::description(int portNumber)
+{
+    return QStringLiteral("Port %1 = %2").arg(portNumber).arg(devicePath(portNumber));
+}
+
 } // namespace kelvora

@@ -11,6 +11,8 @@ class PttPortName {
 public:
     static QString devicePath(int portNumber);
     static QString label(int portNumber); // "COM3", the name the user chose the port by
+    // "Port 3 = /dev/ttyS2": which device the number stands for.
+    static QString description(int portNumber);
     static QString defaultTemplate();
 };
 

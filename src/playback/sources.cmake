@@ -7,6 +7,9 @@ list(APPEND KELVORA_CORE_SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/playback/PcmConverter.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/playback/PttPortName.h
   ${CMAKE_CURRENT_SOURCE_DIR}/playback/PttPortName.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/playback/PlayTime.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/playback/PlayTime.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/playback/EndOfPlay.h
 )
 list(APPEND KELVORA_UI_SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/playback/PcmOutput.h
@@ -20,4 +23,10 @@ list(APPEND KELVORA_UI_SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/playback/NullPushToTalk.h
   ${CMAKE_CURRENT_SOURCE_DIR}/playback/SerialPushToTalk.h
   ${CMAKE_CURRENT_SOURCE_DIR}/playback/SerialPushToTalk.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/playback/PushToTalkControl.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/playback/PushToTalkControl.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/playback/BackgroundNoise.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/playback/BackgroundNoise.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/playback/ExercisePlayback.h
+  ${CMAKE_CURRENT_SOURCE_DIR}/playback/ExercisePlayback.cpp
 )

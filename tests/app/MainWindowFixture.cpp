@@ -3,11 +3,15 @@
 #include "TestPaths.h"
 #include "app/GlobalState.h"
 #include "app/MainPF.h"
+#include "morse/SoundRenderer.h"
 #include "words/WordDatabase.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSettings>
+#include <QTest>
+
+#include <cmath>
 
 namespace kelvora::testsupport {
 
@@ -15,6 +19,17 @@ namespace {
 const QStringList motWords = {"chemin", "avion", "Bateau", "éclair", "dune"};
 const QStringList qcodeWords = {"QRZ", "QSL", "QRM", "QTH"};
 const QStringList animalWords = {"zèbre", "ours"};
+
+// A quiet 8-bit tone of `ms` at 8000 samples per second.
+void writeTone(const QString &path, int ms, double hz)
+{
+    QByteArray samples(ms * 8, char(128));
+    for (qsizetype i = 0; i < samples.size(); ++i)
+        samples[i] = char(128 + int(20 * std::sin(2 * M_PI * hz * double(i) / 8000)));
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly))
+        f.write(wavHeader(quint32(samples.size())) + samples);
+}
 } // namespace
 
 MainWindowFixture::MainWindowFixture()
@@ -49,6 +64,13 @@ MainWindowFixture::MainWindowFixture()
     for (const QString &w : animalWords)
         db.exec("INSERT INTO animaux (mot) VALUES (?)", {w});
     transaction.commit();
+    // The noises, longer than the tests' exercises, and a short sound per character.
+    QDir().mkpath(m_root + "/qrm");
+    QDir().mkpath(m_root + "/wav");
+    for (int n = 1; n <= 3; ++n)
+        writeTone(m_root + QStringLiteral("/qrm/qrm%1.wav").arg(n), 20000, 300 + 100 * n);
+    for (const QVariantList &row : db.query("select wav from ref").rows)
+        writeTone(m_root + "/wav/" + row.value(0).toString(), 30, 700);
     globalState() = GlobalState();
     globalState().paths = AppPaths::fromProgramDir(m_root);
 }
@@ -79,6 +101,17 @@ std::unique_ptr<MainPF> MainWindowFixture::openWindow()
     return std::make_unique<MainPF>(m_ini, prompts);
 }
 
+std::unique_ptr<MainPF> MainWindowFixture::openShown(const QList<std::pair<QString, QString>> &values)
+{
+    for (const auto &[key, value] : values)
+        store(QStringLiteral("défaut"), key, value);
+    std::unique_ptr<MainPF> window = openWindow();
+    window->show();
+    if (!QTest::qWaitForWindowExposed(window.get()))
+        qWarning("the window was not exposed");
+    return window;
+}
+
 void MainWindowFixture::store(const QString &section, const QString &key, const QString &value)
 {
     QSettings settings(m_ini, QSettings::IniFormat);
@@ -101,6 +134,11 @@ QStringList MainWindowFixture::storedSections() const
 QByteArray fileBytes(const QString &path)
 {
     return readFile(path);
+}
+
+void press(QWidget *control)
+{
+    QTest::mouseClick(control, Qt::LeftButton, {}, QPoint(8, control->height() / 2));
 }
 
 } // namespace kelvora::testsupport

@@ -8,6 +8,9 @@
 #include <QTemporaryDir>
 
 #include <memory>
+#include <utility>
+
+class QWidget;
 
 namespace kelvora {
 
@@ -17,8 +20,9 @@ class SettingsStore;
 namespace testsupport {
 
 // A temporary installation root for the main window (db/ with the reference table and
-// three word tables, tmp/, doc/ with the help page, textes/ with three texts) and a
-// temporary settings file. The global paths point at this root while it lives.
+// three word tables, tmp/, doc/ with the help page, textes/ with three texts, qrm/ with
+// three 20-second noises, wav/ with a 30 ms sound per character) and a temporary
+// settings file. The global paths point at this root while it lives.
 class MainWindowFixture {
 public:
     MainWindowFixture();
@@ -35,6 +39,8 @@ public:
 
     // A window loaded on the fixture's settings; questions go to `prompts`.
     std::unique_ptr<MainPF> openWindow();
+    // Stores `values` (key, value) in the profile "défaut", then opens the window, shown.
+    std::unique_ptr<MainPF> openShown(const QList<std::pair<QString, QString>> &values);
     // Writes a value straight into the settings file, as another program would.
     void store(const QString &section, const QString &key, const QString &value);
     QString stored(const QString &section, const QString &key) const;
@@ -50,6 +56,8 @@ private:
 };
 
 QByteArray fileBytes(const QString &path);
+// A left click where a check box has its box and a button its face.
+void press(QWidget *control);
 
 } // namespace testsupport
 } // namespace kelvora

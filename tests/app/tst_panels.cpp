@@ -3,6 +3,8 @@
 #include "app/WindowTimers.h"
 #include "core/Random.h"
 #include "morse/SoundSettingsPanel.h"
+#include "playback/ExercisePlayback.h"
+#include "playback/MediaDevice.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -254,6 +256,10 @@ void PanelsTest::testingTheSettingsPlaysTheReferenceWord()
     QCOMPARE(testsupport::fileBytes(m_fixture->path("tmp/test.txt")), QByteArray("PARIS"));
     const qint64 size = QFileInfo(m_fixture->path("tmp/test.wav")).size();
     QVERIFY(size > 44 && size < greetingSize);
+    // Heard at once, through the exercise player.
+    const MediaDevice *player = m_window->playback()->player();
+    QVERIFY(player->isPlaying());
+    QCOMPARE(player->lengthMs(), (size - 44) / 8);
 }
 
 void PanelsTest::examinationPresetSetsTheProgression()

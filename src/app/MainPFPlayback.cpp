@@ -1,0 +1,110 @@
+// MainPF: the areas that sound (player, noise, push-to-talk, correction) and rendering.
+#include "app/MainPF.h"
+
+#include "ui_MainPF.h"
+#include "ui_MainPFOptions.h"
+
+#include "app/ExerciseSound.h"
+#include "app/UserPrompts.h"
+#include "exercises/CorrectionReplay.h"
+#include "morse/SoundSettingsPanel.h"
+#include "playback/BackgroundNoise.h"
+#include "playback/ExercisePlayback.h"
+#include "playback/MediaDevice.h"
+#include "playback/PushToTalkControl.h"
+#include "playback/SerialPushToTalk.h"
+
+#include <QLabel>
+#include <QLocale>
+#include <QStatusBar>
+#include <QTimer>
+
+namespace kelvora {
+
+void MainPF::buildPlayback()
+{
+    Ui::MainPF &ui = *m_ui;
+    Ui::MainPFOptions &o = *m_options;
+    // The word loop's timer: its tick comes with the word loop; until then a tick only
+    // disarms it.
+    m_timer4 = new QTimer(this);
+    m_timer4->setObjectName(QStringLiteral("Timer4"));
+    m_timer4->setInterval(3000);
+    connect(m_timer4, &QTimer::timeout, m_timer4, &QTimer::stop);
+
+    m_noise = new BackgroundNoise({{o.Q1, o.Q2, o.Q3}, {o.qrm1, o.qrm2, o.qrm3}}, m_prompts, this);
+    m_ptt = new PushToTalkControl({ui.Activecom, ui.NCOM}, std::make_unique<SerialPushToTalk>(),
+                                  *m_writer, m_prompts, this);
+    m_correction = new CorrectionReplay(
+        {ui.EXO, ui.List1, ui.cdelai, ui.motenboucle, ui.cjouer, ui.cpause, ui.cstop}, *m_views,
+        *m_ptt, *m_lookup, m_timer4, this);
+    m_playback = new ExercisePlayback(
+        {ui.Command1, ui.PLAYER, ui.playerDebut, ui.playerJouer, ui.playerPause, ui.playerStop,
+         ui.TRB, ui.EXO, ui.Check1, o.Fcorrection, ui.motenboucle, ui.Pr_parer, ui.jouer,
+         ui.pstop, ui.pause},
+        [this](QString *error) { return renderExercise(error); }, *m_noise, *m_ptt, m_timer4,
+        m_prompts, this);
+}
+
+void MainPF::wirePlayback()
+{
+    connect(m_playback, &ExercisePlayback::correctionRequested, m_correction,
+            [this] { m_correction->cjouer(false); });
+    connect(m_playback, &ExercisePlayback::notice, this, &MainPF::showNotice);
+    connect(m_noise, &BackgroundNoise::notice, this, &MainPF::showNotice);
+    connect(m_ptt, &PushToTalkControl::notice, this, &MainPF::showNotice);
+    connect(m_correction, &CorrectionReplay::notice, this, &MainPF::showNotice);
+    // Whichever device finds no sound output first says so, once.
+    for (MediaDevice *device : findChildren<MediaDevice *>())
+        connect(device, &MediaDevice::silentNotice, this, &MainPF::showNotice);
+}
+
+bool MainPF::test(QString *error)
+{
+    QString reason;
+    if (m_playback->test(&reason))
+        return true;
+    if (error)
+        *error = reason;
+    else
+        showNotice(reason);
+    return false;
+}
+
+bool MainPF::renderExercise(QString *error)
+{
+    SoundSettings settings = m_panel->settings();
+    settings.debfin = m_options->debfin->isChecked();
+    const RenderResult r = m_sound->test(*m_ui->EXO, settings, m_panel->timingPlan());
+    if (!r.ok) {
+        if (error)
+            *error = r.error;
+        return false;
+    }
+    m_panel->addSentPatternPositions(r.patternPositions);
+    statusBar()->findChild<QLabel *>(QStringLiteral("dureeExercice"))
+        ->setText(QStringLiteral("Exercice prêt : %1 s de Morse")
+                      .arg(QLocale(QLocale::French).toString(r.durationSeconds(), 'f', 1)));
+    return true;
+}
+
+void MainPF::prepare()
+{
+    m_playback->prepare(true);
+}
+
+void MainPF::testReferenceWord()
+{
+    m_playback->player()->stop();
+    m_panel->CALCCONFIG();
+    m_ui->EXO->setPlainText(m_panel->boxText(QStringLiteral("MOT")));
+    m_ui->EXO->selectAll();
+    QString error;
+    if (!test(&error)) {
+        m_prompts.message(this, error);
+        return;
+    }
+    m_playback->player()->play();
+}
+
+} // namespace kelvora

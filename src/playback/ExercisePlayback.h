@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+
+class QAbstractButton;
+class QAction;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+class QTimer;
+class QWidget;
+
+namespace kelvora {
+
+class BackgroundNoise;
+class MediaDevice;
+class PushToTalkControl;
+class UserPrompts;
+
+// The exercise player PLAYER: its bar (rewind, play, pause, stop and the time box TRB),
+// the preparation (Command1, "Préparer", a click in the exercise text), the "Musique"
+// menu, the work of the bar's Play and Stop buttons and what follows the end of play.
+class ExercisePlayback : public QObject {
+    Q_OBJECT
+public:
+    struct Controls {
+        QPushButton *prepareButton = nullptr; // Command1
+        QWidget *player = nullptr;            // PLAYER, shown in Command1's place once prepared
+        QAbstractButton *rewind = nullptr;
+        QAbstractButton *play = nullptr;
+        QAbstractButton *pause = nullptr;
+        QAbstractButton *stop = nullptr;
+        QLineEdit *time = nullptr;               // TRB
+        QPlainTextEdit *exercise = nullptr;      // EXO
+        QAbstractButton *hideText = nullptr;     // Check1
+        QAbstractButton *autoCorrection = nullptr; // Fcorrection
+        QAction *wordLoop = nullptr;             // motenboucle
+        QAction *prepareCommand = nullptr;       // the "Musique" menu
+        QAction *playCommand = nullptr;
+        QAction *stopCommand = nullptr;
+        QAction *pauseCommand = nullptr;
+    };
+    // Writes the exercise sound file; false with the reason when nothing was written.
+    using Renderer = std::function<bool(QString *error)>;
+
+    ExercisePlayback(const Controls &controls, Renderer render, BackgroundNoise &noise,
+                     PushToTalkControl &ptt, QTimer *wordTimer, UserPrompts &prompts,
+                     QObject *parent = nullptr);
+
+    MediaDevice *player() const { return m_player; }
+    // Text17, the answer box of the typed-word drill, when there is one.
+    void setAnswerBox(QWidget *box) { m_answerBox = box; }
+
+    // "Open" on tmp/test.wav; false with the device's reason.
+    bool openPlayer(QString *error = nullptr);
+    // test: "Close", render, "Open". Reports nothing; false with the reason.
+    bool test(QString *error = nullptr);
+    // Command1: test, then the player in Command1's place and the focus in the text.
+    // A failure is a message when the user asked, a status-bar notice otherwise.
+    bool prepare(bool userActed = true);
+
+    // The bar's own buttons.
+    void playPressed();
+    void stopPressed();
+
+signals:
+    // The end of play hands over to the correction replay.
+    void correctionRequested();
+    void notice(const QString &text);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void wire();
+    void onStatusUpdate();
+    void endOfPlay();
+    void onExerciseChanged();
+    void onExerciseReleased();
+    void togglePause();
+    void playCommand();
+    void showDeviceState();
+    bool isShown(const QWidget *widget) const;
+
+    Controls m_controls;
+    Renderer m_render;
+    BackgroundNoise &m_noise;
+    PushToTalkControl &m_ptt;
+    QTimer *m_wordTimer;
+    UserPrompts &m_prompts;
+    MediaDevice *m_player; // child of this object
+    QPointer<QWidget> m_answerBox;
+    bool m_endSeen = false; // the end of this recording has been handled
+    bool m_opening = false;
+    QString m_openError;
+};
+
+} // namespace kelvora
