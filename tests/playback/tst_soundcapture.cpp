@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <functional>
 #include <memory>
 
 using namespace kelvora;
@@ -16,281 +17,177 @@ using namespace kelvora::soundcapture;
 
 Q_DECLARE_METATYPE(kelvora::PcmFormat)
 
-class SoundCaptureTest : public QObject {
-    Q_OBJECT
-private slots:
-    void initTestCase();
-    void cleanupTestCase();
-    void dotGapDotIsHeardInOrder();
-    void toneLengthIsKept_data();
-    void toneLengthIsKept();
-    void charactersOneAfterAnother();
-    void pauseSilencesThenResumes();
-    void stopThenPlayDoesNotRepeat();
-    void lostOutputGoesOnInSilence_data();
-    void lostOutputGoesOnInSilence();
-    void outputGoneBeforePlayUsesTheDefault();
-
-private:
-    QList<Segment> record(MediaDevice &device, const std::function<void()> &whilePlaying = {});
-    static QString describe(const QList<Segment> &runs);
-
-    QTemporaryDir m_dir;
-    std::unique_ptr<PrivateSink> m_sink;
-    QAudioDevice m_device;
-};
-
 namespace {
 constexpr int patience = 20000;
 
-// Leading and trailing silence say nothing about the sound.
-QList<Segment> trimmed(QList<Segment> runs)
+bool playToEnd(MediaDevice &device)
 {
-    while (!runs.isEmpty() && !runs.first().tone)
-        runs.removeFirst();
-    while (!runs.isEmpty() && !runs.last().tone)
-        runs.removeLast();
-    return runs;
+    QSignalSpy completed(&device, &MediaDevice::completed);
+    device.play();
+    return completed.wait(patience);
 }
 
-int toneTotal(const QList<Segment> &runs)
-{
-    int total = 0;
-    for (const Segment &s : runs)
-        total += s.tone ? s.lengthMs : 0;
-    return total;
-}
-} // namespace
-
-void SoundCaptureTest::initTestCase()
-{
-    if (MediaDevice::silenceForced())
-        QSKIP("KELVORA_SILENT_AUDIO=1 is set: no real sound");
-    if (const QString problem = serverProblem(); !problem.isEmpty())
-        QSKIP(qPrintable(problem));
-    QVERIFY(m_dir.isValid());
-    m_sink = std::make_unique<PrivateSink>(QStringLiteral("capture"));
-    QVERIFY2(m_sink->isValid(), "the audio server refused a null sink");
-    m_device = m_sink->device(patience);
-    QVERIFY2(!m_device.isNull(), "Qt never listed the new null sink");
-}
-
-void SoundCaptureTest::cleanupTestCase()
-{
-    m_sink.reset();
-}
-
-QString SoundCaptureTest::describe(const QList<Segment> &runs)
+QString describe(const QList<Segment> &runs)
 {
     QStringList parts;
     for (const Segment &s : runs)
         parts << QStringLiteral("%1 %2 ms").arg(s.tone ? "son" : "silence").arg(s.lengthMs);
     return parts.join(QStringLiteral(", "));
 }
+} // namespace
 
-QList<Segment> SoundCaptureTest::record(MediaDevice &device, const std::function<void()> &whilePlaying)
-{
-    MonitorRecorder recorder(m_sink->name());
-    if (!recorder.start(patience)) {
-        QTest::qFail("parec delivered nothing", __FILE__, __LINE__);
-        return {};
+class SoundCaptureTest : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_dir;
+    std::unique_ptr<PrivateSink> m_sink;
+    QAudioDevice m_output;
+
+    // The tone and silence runs heard while `play` runs, without the silence around them.
+    QList<Segment> record(const std::function<void()> &play)
+    {
+        MonitorRecorder recorder(m_sink->name());
+        if (!recorder.start(patience)) {
+            QTest::qFail("parec delivered nothing", __FILE__, __LINE__);
+            return {};
+        }
+        play();
+        QTest::qWait(500); // the tail still travelling to the monitor
+        recorder.stop();
+        QList<Segment> runs = segments(recorder.samples(), MonitorRecorder::rate);
+        while (!runs.isEmpty() && !runs.first().tone)
+            runs.removeFirst();
+        while (!runs.isEmpty() && !runs.last().tone)
+            runs.removeLast();
+        return runs;
     }
-    QSignalSpy completed(&device, &MediaDevice::completed);
-    device.play();
-    if (whilePlaying)
-        whilePlaying();
-    if (!completed.wait(patience)) {
-        QTest::qFail("the sound never completed", __FILE__, __LINE__);
-        return {};
+    QString file(const QString &name, const QByteArray &pcm, const PcmFormat &format = morseFormat)
+    {
+        return writeFile(m_dir.filePath(name), wav(format, pcm)) ? m_dir.filePath(name) : QString();
     }
-    QTest::qWait(500); // the tail still travelling to the monitor
-    recorder.stop();
-    return trimmed(segments(recorder.samples(), MonitorRecorder::rate));
-}
 
-void SoundCaptureTest::dotGapDotIsHeardInOrder()
-{
-    const QString path = m_dir.filePath(QStringLiteral("e_e.wav"));
-    QVERIFY(writeFile(path, wav(morseFormat, toneU8(300) + silenceU8(600) + toneU8(300))));
-    MediaDevice device;
-    device.setOutputDevice(m_device);
-    QVERIFY(device.open(path));
-    QVERIFY(!device.isSilent());
-    const QList<Segment> runs = record(device);
-    if (QTest::currentTestFailed())
-        return;
-    const QString seen = describe(runs);
-    qInfo("heard: %s", qPrintable(seen));
-    QCOMPARE(runs.size(), 3);
-    QVERIFY2(runs[0].tone && !runs[1].tone && runs[2].tone, qPrintable(seen));
-    QVERIFY2(std::abs(runs[0].lengthMs - 300) <= 40, qPrintable(seen));
-    QVERIFY2(std::abs(runs[1].lengthMs - 600) <= 40, qPrintable(seen));
-    QVERIFY2(std::abs(runs[2].lengthMs - 300) <= 40, qPrintable(seen));
-}
-
-void SoundCaptureTest::toneLengthIsKept_data()
-{
-    QTest::addColumn<PcmFormat>("format");
-    QTest::addColumn<int>("ms");
-    QTest::addRow("8-bit mono 8000 Hz") << morseFormat << 700;
-    QTest::addRow("8-bit mono 11025 Hz") << PcmFormat{11025, 1, PcmSample::UInt8} << 700;
-    QTest::addRow("16-bit stereo 44100 Hz") << PcmFormat{44100, 2, PcmSample::Int16} << 700;
-    QTest::addRow("one dot shorter than the stream's buffer") << morseFormat << 60;
-}
-
-void SoundCaptureTest::toneLengthIsKept()
-{
-    QFETCH(PcmFormat, format);
-    QFETCH(int, ms);
-    const QString path = m_dir.filePath(QStringLiteral("tone.wav"));
-    QVERIFY(writeFile(path, wav(format, pcmFor(format, ms))));
-    MediaDevice device;
-    device.setOutputDevice(m_device);
-    QVERIFY(device.open(path));
-    const QList<Segment> runs = record(device);
-    if (QTest::currentTestFailed())
-        return;
-    QCOMPARE(runs.size(), 1);
-    QVERIFY2(std::abs(runs[0].lengthMs - ms) <= 40, qPrintable(describe(runs)));
-}
-
-// The correction replay: for each character, Close, Open on its file, play, and the
-// next one once the completion has come.
-void SoundCaptureTest::charactersOneAfterAnother()
-{
-    const QList<int> lengths{60, 180, 60};
-    QStringList files;
-    for (int i = 0; i < lengths.size(); ++i) {
-        files << m_dir.filePath(QStringLiteral("char%1.wav").arg(i));
-        QVERIFY(writeFile(files.last(), wav(morseFormat, toneU8(lengths[i]))));
+private slots:
+    void initTestCase()
+    {
+        if (MediaDevice::silenceForced())
+            QSKIP("KELVORA_SILENT_AUDIO=1 is set: no real sound");
+        if (const QString problem = serverProblem(); !problem.isEmpty())
+            QSKIP(qPrintable(problem));
+        m_sink = std::make_unique<PrivateSink>(QStringLiteral("capture"));
+        QVERIFY2(m_sink->isValid(), "the audio server refused a null sink");
+        m_output = m_sink->device(patience);
+        QVERIFY2(!m_output.isNull(), "Qt never listed the new null sink");
     }
-    MediaDevice device;
-    device.setOutputDevice(m_device);
-    MonitorRecorder recorder(m_sink->name());
-    QVERIFY(recorder.start(patience));
-    QSignalSpy completed(&device, &MediaDevice::completed);
-    for (const QString &file : files) {
-        device.close();
-        QVERIFY(device.open(file));
+    void cleanupTestCase() { m_sink.reset(); }
+
+    void heard_data()
+    {
+        QTest::addColumn<PcmFormat>("format");
+        QTest::addColumn<QList<int>>("lengths"); // ms: tones > 0, silences < 0, 0 the next file
+        QTest::addRow("tone, silence, tone") << morseFormat << QList<int>{300, -600, 300};
+        QTest::addRow("8-bit mono 11025 Hz") << PcmFormat{11025, 1, PcmSample::UInt8} << QList<int>{700};
+        QTest::addRow("16-bit stereo 44100 Hz") << PcmFormat{44100, 2, PcmSample::Int16} << QList<int>{700};
+        QTest::addRow("one dot shorter than the stream's buffer") << morseFormat << QList<int>{60};
+        QTest::addRow("three characters in a row") << morseFormat << QList<int>{60, 0, 180, 0, 60};
+    }
+    // Each file in turn as the correction replay does: close, open, play, and the next one
+    // a moment after the completion, which is heard as a silence of at least 100 ms.
+    void heard()
+    {
+        QFETCH(PcmFormat, format);
+        QFETCH(QList<int>, lengths);
+        QList<QByteArray> pcms(1);
+        for (const int ms : lengths) {
+            if (ms == 0)
+                pcms.append(QByteArray());
+            else if (ms > 0)
+                pcms.last() += pcmFor(format, ms);
+            else
+                pcms.last() += QByteArray(format.bytesForMs(-ms), char(format.sample == PcmSample::UInt8 ? 128 : 0));
+        }
+        MediaDevice device;
+        device.setOutputDevice(m_output);
+        const QList<Segment> runs = record([&] {
+            for (qsizetype i = 0; i < pcms.size(); ++i) {
+                device.close();
+                QVERIFY(device.open(file(QStringLiteral("heard%1.wav").arg(i), pcms[i], format)) && !device.isSilent());
+                QVERIFY(playToEnd(device));
+                QTest::qWait(150);
+            }
+        });
+        const QString seen = describe(runs);
+        QCOMPARE(runs.size(), lengths.size());
+        for (qsizetype i = 0; i < lengths.size(); ++i) {
+            QVERIFY2(runs[i].tone == (lengths[i] > 0), qPrintable(seen));
+            QVERIFY2(lengths[i] == 0 ? runs[i].lengthMs >= 100 : std::abs(runs[i].lengthMs - std::abs(lengths[i])) <= 40,
+                     qPrintable(seen));
+        }
+    }
+
+    void resumeNeitherRepeatsNorLoses_data()
+    {
+        QTest::addColumn<bool>("pause"); // or stop
+        QTest::addRow("pause, play") << true;
+        QTest::addRow("stop, play") << false;
+    }
+    // Tone 1000 ms, silence 100, tone 500: stopped within the first tone, resumed after a
+    // pause, every part is heard once, in order.
+    void resumeNeitherRepeatsNorLoses()
+    {
+        QFETCH(bool, pause);
+        MediaDevice device;
+        device.setOutputDevice(m_output);
+        QVERIFY(device.open(file(QStringLiteral("long.wav"), toneU8(1000) + silenceU8(100) + toneU8(500))));
+        const QList<Segment> runs = record([&] {
+            device.play();
+            QTRY_VERIFY_WITH_TIMEOUT(device.positionMs() >= 400, patience);
+            pause ? device.pause() : device.stop();
+            QTest::qWait(800);
+            QVERIFY(playToEnd(device));
+        });
+        const QString seen = describe(runs);
+        QCOMPARE(runs.size(), 5);
+        QVERIFY2(!runs[1].tone && runs[1].lengthMs >= 500, qPrintable(seen));
+        QVERIFY2(std::abs(runs[0].lengthMs + runs[2].lengthMs - 1000) <= 80 && std::abs(runs[3].lengthMs - 100) <= 40
+                     && std::abs(runs[4].lengthMs - 500) <= 40, qPrintable(seen));
+    }
+
+    void lostOutputGoesOnInSilence_data()
+    {
+        QTest::addColumn<QString>("loss");
+        QTest::addRow("stream killed by the server") << "killed";
+        QTest::addRow("output hangs") << "hangs";
+        QTest::addRow("output gone before play: the default one") << "gone";
+    }
+    void lostOutputGoesOnInSilence()
+    {
+        QFETCH(QString, loss);
+        auto doomed = std::make_unique<PrivateSink>(QStringLiteral("doomed"));
+        const QAudioDevice output = doomed->isValid() ? doomed->device(patience) : QAudioDevice();
+        QVERIFY(!output.isNull());
+        const QString path = file(QStringLiteral("lost.wav"), toneU8(2000));
+        MediaDevice device;
+        device.setOutputDevice(output);
+        QVERIFY(device.open(path) && !device.isSilent());
+        QSignalSpy errors(&device, &MediaDevice::errorOccurred), completed(&device, &MediaDevice::completed);
+        if (loss == "gone") {
+            doomed.reset();
+            QTRY_VERIFY_WITH_TIMEOUT(!QMediaDevices::audioOutputs().contains(output), patience);
+        }
         device.play();
-        QVERIFY(completed.wait(patience));
-        QTest::qWait(150); // the delay between characters
+        QTRY_VERIFY_WITH_TIMEOUT(device.positionMs() >= 300, patience);
+        if (loss != "gone") {
+            QVERIFY(loss == "killed" ? doomed->killStreams() == 1 : doomed->suspend(true));
+            QVERIFY(errors.wait(patience));
+            QVERIFY2(device.errorString().startsWith("La sortie son s'est interrompue"), qPrintable(device.errorString()));
+        }
+        QCOMPARE(device.isSilent(), loss != "gone");
+        QVERIFY(device.isPlaying() && completed.wait(patience));
+        QCOMPARE(device.positionMs(), qint64(2000));
+        QCOMPARE(errors.count(), loss == "gone" ? 0 : 1);
+        device.setOutputDevice(m_output); // the next sound is heard again
+        QVERIFY(device.open(path) && !device.isSilent());
     }
-    QTest::qWait(500);
-    recorder.stop();
-    const QList<Segment> runs = trimmed(segments(recorder.samples(), MonitorRecorder::rate));
-    const QString seen = describe(runs);
-    QCOMPARE(runs.size(), 5);
-    for (int i = 0; i < lengths.size(); ++i) {
-        QVERIFY2(runs[2 * i].tone, qPrintable(seen));
-        QVERIFY2(std::abs(runs[2 * i].lengthMs - lengths[i]) <= 30, qPrintable(seen));
-    }
-    QVERIFY2(runs[1].lengthMs >= 100 && runs[3].lengthMs >= 100, qPrintable(seen));
-}
-
-void SoundCaptureTest::pauseSilencesThenResumes()
-{
-    const QString path = m_dir.filePath(QStringLiteral("long.wav"));
-    QVERIFY(writeFile(path, wav(morseFormat, toneU8(1500))));
-    MediaDevice device;
-    device.setOutputDevice(m_device);
-    QVERIFY(device.open(path));
-    const QList<Segment> runs = record(device, [&] {
-        QTRY_VERIFY_WITH_TIMEOUT(device.positionMs() >= 500, patience);
-        device.pause();
-        QTest::qWait(800);
-        device.play();
-    });
-    if (QTest::currentTestFailed())
-        return;
-    const QString seen = describe(runs);
-    QCOMPARE(runs.size(), 3);
-    QVERIFY2(!runs[1].tone && runs[1].lengthMs >= 500, qPrintable(seen));
-    QVERIFY2(std::abs(toneTotal(runs) - 1500) <= 60, qPrintable(seen));
-}
-
-void SoundCaptureTest::stopThenPlayDoesNotRepeat()
-{
-    const QString path = m_dir.filePath(QStringLiteral("long.wav"));
-    QVERIFY(writeFile(path, wav(morseFormat, toneU8(1500))));
-    MediaDevice device;
-    device.setOutputDevice(m_device);
-    QVERIFY(device.open(path));
-    const QList<Segment> runs = record(device, [&] {
-        QTRY_VERIFY_WITH_TIMEOUT(device.positionMs() >= 500, patience);
-        device.stop();
-        QTest::qWait(800);
-        device.play();
-    });
-    if (QTest::currentTestFailed())
-        return;
-    const QString seen = describe(runs);
-    QCOMPARE(runs.size(), 3);
-    QVERIFY2(!runs[1].tone && runs[1].lengthMs >= 500, qPrintable(seen));
-    QVERIFY2(std::abs(toneTotal(runs) - 1500) <= 80, qPrintable(seen));
-}
-
-void SoundCaptureTest::lostOutputGoesOnInSilence_data()
-{
-    QTest::addColumn<bool>("killed");
-    QTest::addRow("stream killed by the server") << true;
-    QTest::addRow("output hangs") << false;
-}
-
-void SoundCaptureTest::lostOutputGoesOnInSilence()
-{
-    QFETCH(bool, killed);
-    PrivateSink doomed(QStringLiteral("doomed"));
-    QVERIFY(doomed.isValid());
-    const QAudioDevice output = doomed.device(patience);
-    QVERIFY(!output.isNull());
-    const QString path = m_dir.filePath(QStringLiteral("lost.wav"));
-    QVERIFY(writeFile(path, wav(morseFormat, toneU8(2000))));
-    MediaDevice device;
-    device.setOutputDevice(output);
-    QVERIFY(device.open(path));
-    QSignalSpy errors(&device, &MediaDevice::errorOccurred);
-    QSignalSpy completed(&device, &MediaDevice::completed);
-    device.play();
-    QTRY_VERIFY_WITH_TIMEOUT(device.positionMs() >= 300, patience);
-    if (killed)
-        QCOMPARE(doomed.killStreams(), 1);
-    else
-        QVERIFY(doomed.suspend(true));
-    QVERIFY(errors.wait(patience));
-    const QString message = errors.first().first().toString();
-    QVERIFY2(message.startsWith(QStringLiteral("La sortie son s'est interrompue")), qPrintable(message));
-    QVERIFY(device.isSilent());
-    QVERIFY(device.isPlaying());
-    QVERIFY(completed.wait(patience));
-    QCOMPARE(device.positionMs(), qint64(2000));
-
-    // The next sound plays again on a real output.
-    device.setOutputDevice(m_device);
-    QVERIFY(device.open(path));
-    QVERIFY(!device.isSilent());
-}
-
-void SoundCaptureTest::outputGoneBeforePlayUsesTheDefault()
-{
-    auto doomed = std::make_unique<PrivateSink>(QStringLiteral("unplugged"));
-    QVERIFY(doomed->isValid());
-    const QAudioDevice output = doomed->device(patience);
-    QVERIFY(!output.isNull());
-    const QString path = m_dir.filePath(QStringLiteral("unplugged.wav"));
-    QVERIFY(writeFile(path, wav(morseFormat, toneU8(400))));
-    MediaDevice device;
-    device.setOutputDevice(output);
-    QVERIFY(device.open(path));
-    QVERIFY(!device.isSilent());
-    doomed.reset(); // unplugged between the preparation and the play
-    QTRY_VERIFY_WITH_TIMEOUT(!QMediaDevices::audioOutputs().contains(output), patience);
-    QSignalSpy completed(&device, &MediaDevice::completed);
-    device.play();
-    QVERIFY(!device.isSilent()); // on the default output
-    QVERIFY(completed.wait(patience));
-    QCOMPARE(device.positionMs(), qint64(400));
-}
+};
 
 QTEST_GUILESS_MAIN(SoundCaptureTest)
 #include "tst_soundcapture.moc"
