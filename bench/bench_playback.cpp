@@ -7,8 +7,8 @@
 // Run under an audio server, e.g. the one of scripts/run-tests.sh, or start one:
 //   pulseaudio -D -n --exit-idle-time=-1 --load=module-null-sink --load=module-native-protocol-unix
 //   build/bench/bench_playback
+#include "BenchSupport.h"
 #include "SoundCapture.h"
-#include "core/Random.h"
 #include "morse/PatternLookup.h"
 #include "morse/SoundRenderer.h"
 #include "morse/SoundSettings.h"
@@ -41,28 +41,12 @@ struct ExamFile {
     ExamFile()
     {
         WordDatabase db(dir.filePath("kvmot.sqlite"), WordDatabase::OpenMode::ReadWriteCreate);
-        db.exec("CREATE TABLE ref (car TEXT, cw TEXT, wav TEXT)");
-        QFile tsv(QStringLiteral(KELVORA_SOURCE_DATA "/ref/ref.tsv"));
-        tsv.open(QIODevice::ReadOnly);
-        Transaction t(db);
-        for (const QString &line : QString::fromUtf8(tsv.readAll()).split('\n')) {
-            const QStringList f = line.split('\t');
-            if (f.size() == 3 && !line.startsWith('#'))
-                db.exec("INSERT INTO ref (car, cw, wav) VALUES (?, ?, ?)", {f[0], f[1], f[2]});
-        }
-        t.commit();
+        benchsupport::loadReferenceTable(db, QStringLiteral(KELVORA_SOURCE_DATA "/ref/ref.tsv"));
         PatternLookup lookup(db);
         const SoundSettings settings = SoundSettings::defaults();
         const TimingPlan plan = CALCCONFIG(settings.timingInputs(), lookup).plan;
 
-        const QString alphabet = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.,?/+'<*");
-        random::seed(36);
-        QString text;
-        for (int g = 0; g < 36; ++g) {
-            for (int c = 0; c < 5; ++c)
-                text += alphabet[random::draw(int(alphabet.size()))];
-            text += u' ';
-        }
+        const QString text = benchsupport::examinationText();
         RenderRequest r;
         r.exerciseText = text;
         r.debfin = true;

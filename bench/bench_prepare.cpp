@@ -7,11 +7,11 @@
 // Run under an audio server, e.g. the one of scripts/run-tests.sh, or start one:
 //   pulseaudio -D -n --exit-idle-time=-1 --load=module-null-sink --load=module-native-protocol-unix
 //   build/bench/bench_prepare
+#include "BenchSupport.h"
 #include "SoundCapture.h"
 #include "app/GlobalState.h"
 #include "app/MainPF.h"
 #include "app/UserPrompts.h"
-#include "core/Random.h"
 #include "playback/ExercisePlayback.h"
 #include "playback/MediaDevice.h"
 
@@ -67,13 +67,7 @@ struct Window {
         main = std::make_unique<MainPF>(dir.filePath("Kelvora.ini"), prompts);
         main->show();
         exo = main->findChild<QPlainTextEdit *>("EXO");
-        const QString alphabet = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.,?/+'<*");
-        random::seed(36);
-        for (int g = 0; g < 36; ++g) {
-            for (int c = 0; c < 5; ++c)
-                text += alphabet[random::draw(int(alphabet.size()))];
-            text += u' ';
-        }
+        text = benchsupport::examinationText();
     }
     MediaDevice *player() const { return main->playback()->player(); }
     void click(const char *button) const { main->findChild<QAbstractButton *>(button)->click(); }

@@ -2,7 +2,7 @@
 //   (a) an examination text: 36 five-character groups with the start and end signs
 //   (b) a 20,000-character French text
 // Run: build/bench/bench_render  (prints per-byte times and the two ratios)
-#include "core/Random.h"
+#include "BenchSupport.h"
 #include "morse/PatternLookup.h"
 #include "morse/SoundRenderer.h"
 #include "morse/SoundSettings.h"
@@ -35,16 +35,7 @@ struct Bench {
     {
         db = std::make_unique<WordDatabase>(dir.filePath("kvmot.sqlite"),
                                             WordDatabase::OpenMode::ReadWriteCreate);
-        db->exec("CREATE TABLE ref (car TEXT, cw TEXT, wav TEXT)");
-        QFile tsv(QStringLiteral(KELVORA_SOURCE_DATA "/ref/ref.tsv"));
-        tsv.open(QIODevice::ReadOnly);
-        Transaction t(*db);
-        for (const QString &line : QString::fromUtf8(tsv.readAll()).split('\n')) {
-            const QStringList f = line.split('\t');
-            if (f.size() == 3 && !line.startsWith('#'))
-                db->exec("INSERT INTO ref (car, cw, wav) VALUES (?, ?, ?)", {f[0], f[1], f[2]});
-        }
-        t.commit();
+        benchsupport::loadReferenceTable(*db, QStringLiteral(KELVORA_SOURCE_DATA "/ref/ref.tsv"));
         lookup = std::make_unique<PatternLookup>(*db);
         plan = CALCCONFIG(settings.timingInputs(), *lookup).plan;
     }
@@ -67,19 +58,6 @@ Bench &bench()
 {
     static Bench b;
     return b;
-}
-
-QString examText()
-{
-    const QString alphabet = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.,?/+'<*");
-    random::seed(36);
-    QString text;
-    for (int g = 0; g < 36; ++g) {
-        for (int c = 0; c < 5; ++c)
-            text += alphabet[random::draw(int(alphabet.size()))];
-        text += u' ';
-    }
-    return text;
 }
 
 QString frenchText()
@@ -130,7 +108,7 @@ void baseline(benchmark::State &state, const char *name)
     state.SetBytesProcessed(qint64(state.iterations()) * data.size());
 }
 
-void BM_RenderExam(benchmark::State &s) { render(s, examText(), true, "exam"); }
+void BM_RenderExam(benchmark::State &s) { render(s, benchsupport::examinationText(), true, "exam"); }
 void BM_BaselineExam(benchmark::State &s) { baseline(s, "exam"); }
 void BM_RenderFrench20k(benchmark::State &s) { render(s, frenchText(), false, "french"); }
 void BM_BaselineFrench20k(benchmark::State &s) { baseline(s, "french"); }
