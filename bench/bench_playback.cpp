@@ -10,7 +10,7 @@
 #include "BenchSupport.h"
 #include "SoundCapture.h"
 #include "morse/PatternLookup.h"
-#include "morse/SoundRenderer.h"
+#include "morse/RenderSound.h"
 #include "morse/SoundSettings.h"
 #include "playback/MediaDevice.h"
 #include "words/WordDatabase.h"
@@ -43,20 +43,11 @@ struct ExamFile {
         WordDatabase db(dir.filePath("kvmot.sqlite"), WordDatabase::OpenMode::ReadWriteCreate);
         benchsupport::loadReferenceTable(db, QStringLiteral(KELVORA_SOURCE_DATA "/ref/ref.tsv"));
         PatternLookup lookup(db);
-        const SoundSettings settings = SoundSettings::defaults();
-        const TimingPlan plan = CALCCONFIG(settings.timingInputs(), lookup).plan;
-
-        const QString text = benchsupport::examinationText();
-        RenderRequest r;
-        r.exerciseText = text;
-        r.debfin = true;
-        r.deb = settings.deb;
-        r.fin = settings.fin;
-        r.tone = settings.toneSettings(plan);
-        r.wavPath = dir.filePath("test.wav");
-        r.textPath = dir.filePath("test.txt");
-        const RenderResult result = test(r, lookup);
-        wavPath = r.wavPath;
+        SoundSettings settings = SoundSettings::defaults();
+        settings.debfin = true;
+        wavPath = dir.filePath("test.wav");
+        const RenderResult result = renderSound({benchsupport::examinationText()}, settings, lookup,
+                                                {wavPath, dir.filePath("test.txt")});
         seconds = result.durationSeconds();
     }
 };

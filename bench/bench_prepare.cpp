@@ -9,9 +9,9 @@
 //   build/bench/bench_prepare
 #include "BenchSupport.h"
 #include "SoundCapture.h"
-#include "app/GlobalState.h"
+#include "settings/Session.h"
 #include "app/MainPF.h"
-#include "app/UserPrompts.h"
+#include "ui/UserPrompts.h"
 #include "playback/ExercisePlayback.h"
 #include "playback/MediaDevice.h"
 
@@ -50,6 +50,7 @@ public:
 struct Window {
     QTemporaryDir dir;
     CountingPrompts prompts;
+    Session session;
     std::unique_ptr<MainPF> main;
     QPlainTextEdit *exo = nullptr;
     QString text;
@@ -63,8 +64,8 @@ struct Window {
             for (const QString &file : QDir(tree.filePath(folder)).entryList(QDir::Files))
                 QFile::copy(tree.filePath(QString(folder) + '/' + file), root + '/' + folder + '/' + file);
         }
-        globalState().paths = AppPaths::fromProgramDir(root);
-        main = std::make_unique<MainPF>(dir.filePath("Kelvora.ini"), prompts);
+        session.paths = AppPaths::fromProgramDir(root);
+        main = std::make_unique<MainPF>(session, dir.filePath("Kelvora.ini"), prompts);
         main->show();
         exo = main->findChild<QPlainTextEdit *>("EXO");
         text = benchsupport::examinationText();

@@ -4,7 +4,7 @@
 // Run: build/bench/bench_render  (prints per-byte times and the two ratios)
 #include "BenchSupport.h"
 #include "morse/PatternLookup.h"
-#include "morse/SoundRenderer.h"
+#include "morse/RenderSound.h"
 #include "morse/SoundSettings.h"
 #include "words/WordDatabase.h"
 
@@ -29,7 +29,6 @@ struct Bench {
     std::unique_ptr<WordDatabase> db;
     std::unique_ptr<PatternLookup> lookup;
     SoundSettings settings = SoundSettings::defaults();
-    TimingPlan plan;
 
     Bench()
     {
@@ -37,21 +36,9 @@ struct Bench {
                                             WordDatabase::OpenMode::ReadWriteCreate);
         benchsupport::loadReferenceTable(*db, QStringLiteral(KELVORA_SOURCE_DATA "/ref/ref.tsv"));
         lookup = std::make_unique<PatternLookup>(*db);
-        plan = CALCCONFIG(settings.timingInputs(), *lookup).plan;
     }
 
-    RenderRequest request(const QString &text, bool debfin) const
-    {
-        RenderRequest r;
-        r.exerciseText = text;
-        r.debfin = debfin;
-        r.deb = settings.deb;
-        r.fin = settings.fin;
-        r.tone = settings.toneSettings(plan);
-        r.wavPath = dir.filePath("test.wav");
-        r.textPath = dir.filePath("test.txt");
-        return r;
-    }
+    SoundTarget target() const { return {dir.filePath("test.wav"), dir.filePath("test.txt")}; }
 };
 
 Bench &bench()
@@ -81,10 +68,12 @@ std::map<std::string, double> g_bytes;
 
 void render(benchmark::State &state, const QString &text, bool debfin, const char *name)
 {
-    const RenderRequest request = bench().request(text, debfin);
+    SoundSettings settings = bench().settings;
+    settings.debfin = debfin;
+    const SoundTarget target = bench().target();
     quint64 bytes = 0;
     for (auto _ : state) {
-        const RenderResult r = test(request, *bench().lookup);
+        const RenderResult r = renderSound({text}, settings, *bench().lookup, target);
         bytes = r.dataBytes + wavHeaderSize;
         benchmark::DoNotOptimize(bytes);
     }

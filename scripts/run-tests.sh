@@ -26,4 +26,5 @@ trap cleanup EXIT
 
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=0:abort_on_error=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
-ctest --test-dir "$build_dir" --output-on-failure -j2
+shift || true
+ctest --test-dir "$build_dir" --output-on-failure -j2 "$@"

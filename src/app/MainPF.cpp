@@ -3,25 +3,24 @@
 #include "ui_MainPF.h"
 #include "ui_MainPFOptions.h"
 
-#include "app/AboutBox.h"
-#include "app/BoxText.h"
-#include "app/ChoiceLists.h"
-#include "app/ColourScheme.h"
-#include "app/ExerciseSound.h"
-#include "app/GlobalState.h"
-#include "app/MainTexts.h"
-#include "app/MorseKeyArt.h"
-#include "app/ProfileController.h"
-#include "app/SettingsStore.h"
-#include "app/SettingsWriter.h"
-#include "app/UserPrompts.h"
-#include "app/ViewSwitcher.h"
-#include "app/WindowTimers.h"
-#include "app/WordTableArea.h"
+#include "ui/AboutBox.h"
+#include "ui/BoxText.h"
+#include "settings/ChoiceLists.h"
+#include "ui/ColourScheme.h"
+#include "settings/Session.h"
+#include "settings/MainTexts.h"
+#include "ui/MorseKeyArt.h"
+#include "ui/ProfileController.h"
+#include "settings/SettingsStore.h"
+#include "ui/SettingsWriter.h"
+#include "ui/UserPrompts.h"
+#include "ui/ViewSwitcher.h"
+#include "ui/WindowTimers.h"
+#include "ui/WordTableArea.h"
 #include "app/kvglobal.h"
-#include "exercises/CorrectionReplay.h"
+#include "playback/CorrectionReplay.h"
 #include "morse/PatternLookup.h"
-#include "morse/SoundSettingsPanel.h"
+#include "panels/SoundSettingsPanel.h"
 #include "playback/BackgroundNoise.h"
 #include "playback/ExercisePlayback.h"
 #include "playback/PushToTalkControl.h"
@@ -42,19 +41,21 @@
 
 namespace kelvora {
 
-MainPF::MainPF(const QString &settingsPath, UserPrompts &prompts, QWidget *parent)
+MainPF::MainPF(Session &session, const QString &settingsPath, UserPrompts &prompts,
+               const MediaDeviceFactory &devices, QWidget *parent)
     : QMainWindow(parent)
     , m_ui(std::make_unique<Ui::MainPF>())
     , m_options(std::make_unique<Ui::MainPFOptions>())
+    , m_session(session)
     , m_prompts(prompts)
+    , m_devices(devices)
     , m_store(std::make_unique<SettingsStore>(settingsPath))
 {
     m_ui->setupUi(this);
     m_options->setupUi(m_ui->voletContenu);
     // The reference table stays open for the window's life, as its bound record set does.
-    m_refDatabase = std::make_unique<WordDatabase>(globalState().paths.wordDatabasePath);
+    m_refDatabase = std::make_unique<WordDatabase>(m_session.paths.wordDatabasePath);
     m_lookup = std::make_unique<PatternLookup>(*m_refDatabase);
-    m_sound = std::make_unique<ExerciseSound>(*m_lookup);
 
     buildAreas();
     decorate();
@@ -84,11 +85,11 @@ void MainPF::buildAreas()
 {
     m_panel = new SoundSettingsPanel(*m_lookup, m_prompts, m_ui->pageReglages);
     m_ui->dispositionReglages->insertWidget(0, m_panel, 1);
-    m_profiles = new ProfileController(*m_store, m_prompts, this);
-    m_writer = new SettingsWriter(*m_store, this);
+    m_profiles = new ProfileController(*m_store, m_session, m_prompts, this);
+    m_writer = new SettingsWriter(*m_store, m_session, this);
     m_views = new ViewSwitcher({m_ui->vues, m_ui->pageExercice, m_ui->List1, m_ui->File1,
                                 m_ui->Web, m_options->Text14, m_ui->Check1},
-                               this);
+                               m_session.paths, this);
     m_colours = new ColourScheme({m_ui->fond,
                                   m_ui->Frame2,
                                   m_ui->EXO,
@@ -101,7 +102,7 @@ void MainPF::buildAreas()
                                   o.Data1dernier, o.Data1caption, o.Text14, o.Label31, o.REQ,
                                   m_ui->importmot1, m_ui->exportmot, m_ui->edittablcourante,
                                   m_ui->videtable, m_ui->supprimetable},
-                                 this);
+                                 m_session, this);
     m_timers = new WindowTimers(m_panel->validateButton(), this);
     m_timers->watchMouseMovement({this, m_ui->fond, m_ui->Frame2, m_ui->voletContenu});
     buildPlayback();
@@ -298,14 +299,14 @@ void MainPF::setMenusVisible(bool visible)
 void MainPF::memorise()
 {
     m_writer->memorise(this);
-    showNotice(QStringLiteral("Paramètres mémorisés pour ") + globalState().currentUser);
+    showNotice(QStringLiteral("Paramètres mémorisés pour ") + m_session.currentUser);
 }
 
 void MainPF::utilchanger()
 {
     if (!m_profiles->utilchanger(this))
         return;
-    setUserCaption(globalState().currentUser);
+    setUserCaption(m_session.currentUser);
     restorparamuser();
 }
 

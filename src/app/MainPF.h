@@ -1,5 +1,7 @@
 #pragma once
 
+#include "playback/MediaDeviceFactory.h"
+
 #include <QMainWindow>
 
 class QTimer;
@@ -17,27 +19,31 @@ class BackgroundNoise;
 class ColourScheme;
 class CorrectionReplay;
 class ExercisePlayback;
-class ExerciseSound;
 class PatternLookup;
 class ProfileController;
 class PushToTalkControl;
 class SettingsStore;
 class SettingsWriter;
+struct Session;
 class SoundSettingsPanel;
 class UserPrompts;
 class ViewSwitcher;
 class WindowTimers;
 class WordDatabase;
 class WordTableArea;
+struct RenderResult;
 
 // The main window. It owns the controls (MainPF.ui, MainPFOptions.ui) and the sound
 // settings panel; the behaviour of each area lives in the objects it wires up.
 class MainPF : public QMainWindow {
     Q_OBJECT
 public:
+    // `session` is the program's shared state (paths, user, table, player);
     // `settingsPath` is the INI file of the profiles; `prompts` answers every modal
-    // question. Loading (last user, lists, greeting, profile, first rendering) runs here.
-    MainPF(const QString &settingsPath, UserPrompts &prompts, QWidget *parent = nullptr);
+    // question; `devices` makes the sound devices. Loading (last user, lists, greeting,
+    // profile, first rendering) runs here.
+    MainPF(Session &session, const QString &settingsPath, UserPrompts &prompts,
+           const MediaDeviceFactory &devices = MediaDeviceFactory(), QWidget *parent = nullptr);
     ~MainPF() override;
 
     // The caption: "Kelvora Version 3.2.5, Table : mot (N),   Utilisateur=user".
@@ -48,8 +54,6 @@ public:
     // player before and opening it again after; false when the sound is not ready, with
     // the reason in `error` (or in the status bar when `error` is null).
     bool test(QString *error = nullptr);
-    // "Préparer la musique".
-    void prepare();
 
     void reglager(); // shows the settings panel in place of the exercise frame
     void valider();  // the reverse, once the panel has recalculated
@@ -78,7 +82,7 @@ private:
     void buildAreas();
     void buildPlayback();
     void wirePlayback();
-    bool renderExercise(QString *error);
+    void showRendered(const RenderResult &result);
     void decorate();
     void wireCommands();
     void wireSettingWriters();
@@ -100,11 +104,12 @@ private:
 
     std::unique_ptr<Ui::MainPF> m_ui;
     std::unique_ptr<Ui::MainPFOptions> m_options;
+    Session &m_session;
     UserPrompts &m_prompts;
+    MediaDeviceFactory m_devices;
     std::unique_ptr<SettingsStore> m_store;
     std::unique_ptr<WordDatabase> m_refDatabase;
     std::unique_ptr<PatternLookup> m_lookup;
-    std::unique_ptr<ExerciseSound> m_sound;
 
     SoundSettingsPanel *m_panel = nullptr;
     ProfileController *m_profiles = nullptr;

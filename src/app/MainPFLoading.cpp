@@ -4,21 +4,19 @@
 #include "ui_MainPF.h"
 #include "ui_MainPFOptions.h"
 
-#include "app/BoxText.h"
-#include "app/ChoiceLists.h"
-#include "app/ColourScheme.h"
-#include "app/ExerciseSound.h"
-#include "app/GlobalState.h"
-#include "app/MainTexts.h"
-#include "app/ProfileController.h"
-#include "app/SettingControls.h"
-#include "app/SettingsWriter.h"
-#include "app/UserProfile.h"
-#include "app/UserPrompts.h"
-#include "app/ViewSwitcher.h"
-#include "app/WindowTimers.h"
-#include "app/WordTableArea.h"
-#include "morse/SoundSettingsPanel.h"
+#include "ui/BoxText.h"
+#include "settings/ChoiceLists.h"
+#include "ui/ColourScheme.h"
+#include "settings/Session.h"
+#include "settings/MainTexts.h"
+#include "ui/ProfileController.h"
+#include "ui/SettingsWriter.h"
+#include "settings/UserProfile.h"
+#include "ui/UserPrompts.h"
+#include "ui/ViewSwitcher.h"
+#include "ui/WindowTimers.h"
+#include "ui/WordTableArea.h"
+#include "panels/SoundSettingsPanel.h"
 #include "playback/BackgroundNoise.h"
 #include "playback/ExercisePlayback.h"
 #include "playback/PushToTalkControl.h"
@@ -33,14 +31,6 @@
 
 namespace kelvora {
 
-namespace {
-QString numberOrDefault(const QString &stored, const SettingKey &key)
-{
-    bool ok = false;
-    stored.trimmed().toDouble(&ok);
-    return ok ? stored : QString::fromUtf8(key.defaultValue);
-}
-} // namespace
 
 void MainPF::Form_Load()
 {
@@ -65,7 +55,7 @@ void MainPF::Form_Load()
     // 9. The help page.
     m_views->loadHelpPage();
     // 10. The sound devices: the three noises, then the player.
-    const AppPaths &paths = globalState().paths;
+    const AppPaths &paths = m_session.paths;
     m_noise->openAll({paths.noiseWavPath1, paths.noiseWavPath2, paths.noiseWavPath3});
     // A first start has no exercise sound yet: the preparation below makes and opens it.
     if (QFileInfo::exists(paths.testWavPath))
@@ -99,12 +89,12 @@ void MainPF::fillChoiceLists()
 
 void MainPF::writeGreeting()
 {
-    m_ui->EXO->setPlainText(mainTexts::greeting(globalState().currentUser));
+    m_ui->EXO->setPlainText(mainTexts::greeting(m_session.currentUser));
 }
 
 void MainPF::showReferenceCount()
 {
-    RecordSet ref(globalState().paths.wordDatabasePath,
+    RecordSet ref(m_session.paths.wordDatabasePath,
                   QStringLiteral("select * from ref order by car"));
     ref.refresh();
     statusBar()->findChild<QLabel *>(QStringLiteral("REF"))->setText(
@@ -123,51 +113,36 @@ void MainPF::fitToScreen()
 void MainPF::restorparamuser()
 {
     namespace k = userKeys;
-    const ProfileValues p = readProfile(*m_store, globalState().currentUser);
+    const UserProfile p = UserProfile::read(*m_store, m_session.currentUser);
     {
         const SettingsWriter::Restoring restoring(*m_writer);
-        // Each value goes into its control as a program sets it; the panel's boxes go
-        // through the panel, so that their own rules run.
-        const auto put = [this](const SettingKey &key, const QString &text) {
-            const QString name = QString::fromLatin1(settingControls::controlOf(key));
-            if (!m_panel->setBoxText(name, text))
-                boxText::setText(findChild<QWidget *>(name), text);
-        };
-        put(k::delaimot, p.delaimot);
-        put(k::vitesse, p.vitesse);
-        put(k::mot, p.mot);
-        put(k::frequence, p.frequence);
-        put(k::volume, p.volume);
-        put(k::cdelai, p.cdelai);
-        put(k::ct, p.ct);
-        put(k::cs, p.cs);
-        put(k::cl, p.cl);
-        put(k::cm, p.cm);
-        put(k::grmin, p.grmin);
-        put(k::grmax, p.grmax);
-        put(k::deb, p.deb);
-        put(k::fin, p.fin);
-        put(k::sup, p.sup);
-        put(k::qrm10, QString::number(p.qrm10));
-        put(k::qrm20, QString::number(p.qrm20));
-        put(k::qrm30, QString::number(p.qrm30));
-        put(k::nbgroup, p.nbgroup);
-        m_fichier1 = p.fichier1;
-        put(k::activecom, QString::number(p.activecom));
-        // A port that is not a number shows as the default port.
-        put(k::ncom, numberOrDefault(p.ncom, k::ncom));
-        m_ptt->restorePort(p.ncomPort);
-        put(k::fcorrection, QString::number(p.fcorrection));
-        put(k::debfin, QString::number(p.debfin));
-        put(k::cache, QString::number(p.cache));
-        m_views->applyHideText();
-        put(k::progress, p.progress);
-        // A long progression reads from its first characters.
-        m_options->PROGRESS->lineEdit()->setCursorPosition(0);
-        m_colours->F2ch(p.color1);
-        m_colours->setTextBackground(p.color2);
-        m_colours->setTextColour(p.color3);
-        m_tables->restore(p.lasttable);
+        for (const SettingKey &key : k::all) {
+            const QString value = p.text(key);
+            // Each value goes into its control as a program sets it; the panel's boxes go
+            // through the panel, so that their own rules run.
+            if (key.control) {
+                const QString name = QString::fromLatin1(key.control);
+                if (key == k::lasttable)
+                    m_tables->restore(value);
+                else if (!m_panel->setBoxText(name, value))
+                    boxText::setText(findChild<QWidget *>(name), value);
+            }
+            // What a key does beyond its control.
+            if (key == k::fichier1)
+                m_fichier1 = value;
+            else if (key == k::ncom)
+                m_ptt->restorePort(p.portNumber());
+            else if (key == k::cache)
+                m_views->applyHideText();
+            else if (key == k::progress)
+                m_options->PROGRESS->lineEdit()->setCursorPosition(0); // read from its start
+            else if (key == k::color1)
+                m_colours->F2ch(quint32(p.number(key)));
+            else if (key == k::color2)
+                m_colours->setTextBackground(quint32(p.number(key)));
+            else if (key == k::color3)
+                m_colours->setTextColour(quint32(p.number(key)));
+        }
     }
     affichebandeau();
     m_panel->CALCCONFIG();
@@ -176,8 +151,7 @@ void MainPF::restorparamuser()
 
 void MainPF::affichebandeau()
 {
-    const GlobalState &state = globalState();
-    setWindowTitle(mainTexts::banner(state.currentTable, m_tables->count(), state.currentUser));
+    setWindowTitle(mainTexts::banner(m_session.currentTable, m_tables->count(), m_session.currentUser));
     statusBar()->findChild<QLabel *>(QStringLiteral("bandeau"))->setText(windowTitle());
 }
 

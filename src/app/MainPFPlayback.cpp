@@ -4,15 +4,16 @@
 #include "ui_MainPF.h"
 #include "ui_MainPFOptions.h"
 
-#include "app/ExerciseSound.h"
-#include "app/UserPrompts.h"
-#include "exercises/CorrectionReplay.h"
-#include "morse/SoundSettingsPanel.h"
+#include "ui/UserPrompts.h"
+#include "playback/CorrectionReplay.h"
+#include "panels/SoundSettingsPanel.h"
 #include "playback/BackgroundNoise.h"
 #include "playback/ExercisePlayback.h"
 #include "playback/MediaDevice.h"
+#include "playback/MediaDeviceFactory.h"
 #include "playback/PushToTalkControl.h"
 #include "playback/SerialPushToTalk.h"
+#include "settings/Session.h"
 
 #include <QLabel>
 #include <QLocale>
@@ -32,18 +33,24 @@ void MainPF::buildPlayback()
     m_timer4->setInterval(3000);
     connect(m_timer4, &QTimer::timeout, m_timer4, &QTimer::stop);
 
-    m_noise = new BackgroundNoise({{o.Q1, o.Q2, o.Q3}, {o.qrm1, o.qrm2, o.qrm3}}, m_prompts, this);
+    m_noise = new BackgroundNoise({{o.Q1, o.Q2, o.Q3}, {o.qrm1, o.qrm2, o.qrm3}}, m_devices,
+                                  m_prompts, this);
     m_ptt = new PushToTalkControl({ui.Activecom, ui.NCOM}, std::make_unique<SerialPushToTalk>(),
                                   *m_writer, m_prompts, this);
     m_correction = new CorrectionReplay(
         {ui.EXO, ui.List1, ui.cdelai, ui.motenboucle, ui.cjouer, ui.cpause, ui.cstop}, *m_views,
-        *m_ptt, *m_lookup, m_timer4, this);
+        *m_ptt, *m_lookup, m_session.paths, m_devices, m_timer4, this);
     m_playback = new ExercisePlayback(
         {ui.Command1, ui.PLAYER, ui.playerDebut, ui.playerJouer, ui.playerPause, ui.playerStop,
          ui.TRB, ui.EXO, ui.Check1, o.Fcorrection, ui.motenboucle, ui.Pr_parer, ui.jouer,
          ui.pstop, ui.pause},
-        [this](QString *error) { return renderExercise(error); }, *m_noise, *m_ptt, m_timer4,
-        m_prompts, this);
+        *m_lookup,
+        [this] {
+            SoundSettings settings = m_panel->settings();
+            settings.debfin = m_options->debfin->isChecked();
+            return settings;
+        },
+        m_session, m_devices, *m_noise, *m_ptt, m_timer4, m_prompts, this);
 }
 
 void MainPF::wirePlayback()
@@ -51,6 +58,7 @@ void MainPF::wirePlayback()
     connect(m_playback, &ExercisePlayback::correctionRequested, m_correction,
             [this] { m_correction->cjouer(false); });
     connect(m_playback, &ExercisePlayback::notice, this, &MainPF::showNotice);
+    connect(m_playback, &ExercisePlayback::rendered, this, &MainPF::showRendered);
     connect(m_noise, &BackgroundNoise::notice, this, &MainPF::showNotice);
     connect(m_ptt, &PushToTalkControl::notice, this, &MainPF::showNotice);
     connect(m_correction, &CorrectionReplay::notice, this, &MainPF::showNotice);
@@ -71,26 +79,12 @@ bool MainPF::test(QString *error)
     return false;
 }
 
-bool MainPF::renderExercise(QString *error)
+void MainPF::showRendered(const RenderResult &r)
 {
-    SoundSettings settings = m_panel->settings();
-    settings.debfin = m_options->debfin->isChecked();
-    const RenderResult r = m_sound->test(*m_ui->EXO, settings, m_panel->timingPlan());
-    if (!r.ok) {
-        if (error)
-            *error = r.error;
-        return false;
-    }
     m_panel->addSentPatternPositions(r.patternPositions);
     statusBar()->findChild<QLabel *>(QStringLiteral("dureeExercice"))
         ->setText(QStringLiteral("Exercice prêt : %1 s de Morse")
                       .arg(QLocale(QLocale::French).toString(r.durationSeconds(), 'f', 1)));
-    return true;
-}
-
-void MainPF::prepare()
-{
-    m_playback->prepare(true);
 }
 
 void MainPF::testReferenceWord()

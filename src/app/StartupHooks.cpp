@@ -1,6 +1,6 @@
 #include "app/StartupHooks.h"
 
-#include "app/AppPaths.h"
+#include "settings/AppPaths.h"
 #include "app/MainPF.h"
 
 #include <QAbstractButton>

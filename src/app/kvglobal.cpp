@@ -1,9 +1,9 @@
 #include "app/kvglobal.h"
 
-#include "app/GlobalState.h"
+#include "settings/Session.h"
 #include "app/MainPF.h"
 #include "app/StartupHooks.h"
-#include "app/UserPrompts.h"
+#include "ui/UserPrompts.h"
 #include "core/Random.h"
 
 #include <QCoreApplication>
@@ -12,8 +12,9 @@ namespace kelvora::kvglobal {
 
 void Main(const QStringList &arguments)
 {
-    GlobalState &state = globalState();
-    state.paths = AppPaths::fromProgramDir(resolveProgramDir(
+    // The one session of the program, handed to every window.
+    static Session session;
+    session.paths = AppPaths::fromProgramDir(resolveProgramDir(
         arguments, qEnvironmentVariable("KELVORA_ROOT"), QCoreApplication::applicationDirPath()));
     random::seedFromClock();
     const QString seedText = optionValue(arguments, "seed");
@@ -23,7 +24,7 @@ void Main(const QStringList &arguments)
     if (!mainWindow) {
         static DialogPrompts prompts;
         auto *window = new MainPF(
-            resolveSettingsPath(arguments, qEnvironmentVariable("KELVORA_SETTINGS")), prompts);
+            session, resolveSettingsPath(arguments, qEnvironmentVariable("KELVORA_SETTINGS")), prompts);
         window->setAttribute(Qt::WA_DeleteOnClose);
         mainWindow = window;
         startupHooks::install(*window, arguments);

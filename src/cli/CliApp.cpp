@@ -1,12 +1,12 @@
 #include "CliApp.h"
 
-#include "app/AppPaths.h"
-#include "app/SettingsStore.h"
+#include "settings/AppPaths.h"
+#include "settings/SettingsStore.h"
 #include "core/Numbers.h"
 #include "core/TextUtils.h"
 #include "core/Windows1252.h"
 #include "morse/PatternLookup.h"
-#include "morse/SoundRenderer.h"
+#include "morse/RenderSound.h"
 #include "morse/SoundSettings.h"
 #include "words/WordDatabase.h"
 
@@ -191,34 +191,26 @@ int renderCommand(const Command &c, const SoundSettings &s, const AppPaths &path
     if (c.positional.size() != 1)
         throw UsageError{QStringLiteral("La commande render ne prend pas d'argument ; le texte "
                                         "vient de --text, --file ou de l'entrée standard.")};
-    RenderRequest request;
+    SoundText text;
     // The selection counts in the text as the box shows it, after the trim.
-    request.exerciseText = text::trimBlanks(readText(c, in));
+    text.text = text::trimBlanks(readText(c, in));
     if (const auto sel = option(c, "--selection"))
-        parseSelection(*sel, &request.selectionStart, &request.selectionLength);
-    request.debfin = s.debfin;
-    request.deb = s.deb;
-    request.fin = s.fin;
-    request.wavPath = option(c, "-o").value_or(paths.testWavPath);
-    request.textPath = option(c, "--txt").value_or(paths.testTextPath);
+        parseSelection(*sel, &text.selectionStart, &text.selectionLength);
+    SoundTarget target = SoundTarget::exercise(paths);
+    target.wavPath = option(c, "-o").value_or(target.wavPath);
+    target.textPath = option(c, "--txt").value_or(target.textPath);
 
-    const TimingResult timing = CALCCONFIG(s.timingInputs(), lookup);
-    if (!timing.ok) {
-        err << timing.error << '\n';
-        return exitError;
-    }
-    request.tone = s.toneSettings(timing.plan);
-    const RenderResult r = test(request, lookup);
+    const RenderResult r = renderSound(text, s, lookup, target);
     if (!r.ok) {
         err << r.error << '\n';
         return exitError;
     }
-    if (!QFileInfo::exists(request.wavPath)) {
-        err << QStringLiteral("Impossible d'écrire le fichier son « %1 ».").arg(request.wavPath)
+    if (!QFileInfo::exists(target.wavPath)) {
+        err << QStringLiteral("Impossible d'écrire le fichier son « %1 ».").arg(target.wavPath)
             << '\n';
         return exitError;
     }
-    out << QStringLiteral("Fichier écrit : ") << request.wavPath << '\n';
+    out << QStringLiteral("Fichier écrit : ") << target.wavPath << '\n';
     out << QStringLiteral("Durée : ") << numbers::format(r.durationSeconds()) << " s\n";
     if (r.truncated)
         err << QStringLiteral("Attention : le son a été arrêté à la taille maximale d'un fichier "

@@ -3,7 +3,7 @@
 #include "core/TextUtils.h"
 #include "core/Windows1252.h"
 #include "morse/PatternLookup.h"
-#include "morse/SoundRenderer.h"
+#include "morse/RenderSound.h"
 #include "morse/SoundSettings.h"
 #include "words/WordDatabase.h"
 
@@ -122,21 +122,12 @@ bool buildCharacterSounds(const QString &databasePath, const QString &outDir, QS
     QTemporaryDir scratch;
     PatternLookup lookup(db);
     SoundSettings settings = SoundSettings::defaults();
-    const TimingResult timing = CALCCONFIG(settings.timingInputs(), lookup);
-    if (!timing.ok) {
-        *error = timing.error;
-        return false;
-    }
+    settings.debfin = false;
     for (const QVariantList &row : rows.rows) {
-        RenderRequest request;
-        request.exerciseText = row.value(0).toString();
-        request.debfin = false;
-        request.tone = settings.toneSettings(timing.plan);
-        request.wavPath = outDir + '/' + row.value(1).toString();
-        request.textPath = scratch.filePath("char.txt");
-        const RenderResult r = test(request, lookup);
-        if (!r.ok || !QFile::exists(request.wavPath)) {
-            *error = "cannot render " + request.wavPath + ": " + r.error;
+        const SoundTarget target{outDir + '/' + row.value(1).toString(), scratch.filePath("char.txt")};
+        const RenderResult r = renderSound({row.value(0).toString()}, settings, lookup, target);
+        if (!r.ok || !QFile::exists(target.wavPath)) {
+            *error = "cannot render " + target.wavPath + ": " + r.error;
             return false;
         }
     }

@@ -1,6 +1,8 @@
 #include "morse/SoundSettings.h"
 
-#include "app/UserProfile.h"
+#include "settings/UserProfile.h"
+
+#include <utility>
 #include "core/Numbers.h"
 
 namespace kelvora {
@@ -40,29 +42,29 @@ QString clampVolume(const QString &volume)
 
 SoundSettings SoundSettings::defaults()
 {
-    return fromProfile(defaultProfile());
+    return fromProfile(UserProfile::defaults());
 }
 
 SoundSettings SoundSettings::fromProfile(const SettingsStore &store, const QString &user)
 {
-    return fromProfile(readProfile(store, user));
+    return fromProfile(UserProfile::read(store, user));
 }
 
-SoundSettings SoundSettings::fromProfile(const ProfileValues &p)
+SoundSettings SoundSettings::fromProfile(const UserProfile &p)
 {
+    namespace k = userKeys;
     SoundSettings s;
-    s.vitesse = p.vitesse;
-    s.mot = p.mot;
-    s.frequence = p.frequence;
-    s.volume = p.volume;
-    s.ct = p.ct;
-    s.cs = p.cs;
-    s.cl = p.cl;
-    s.cm = p.cm;
-    s.sup = p.sup;
-    s.deb = p.deb;
-    s.fin = p.fin;
-    s.debfin = p.debfin == 1;
+    const std::pair<const SettingKey &, QString SoundSettings::*> texts[] = {
+        {k::vitesse, &SoundSettings::vitesse}, {k::mot, &SoundSettings::mot},
+        {k::frequence, &SoundSettings::frequence}, {k::volume, &SoundSettings::volume},
+        {k::ct, &SoundSettings::ct}, {k::cs, &SoundSettings::cs},
+        {k::cl, &SoundSettings::cl}, {k::cm, &SoundSettings::cm},
+        {k::sup, &SoundSettings::sup}, {k::deb, &SoundSettings::deb},
+        {k::fin, &SoundSettings::fin},
+    };
+    for (const auto &[key, member] : texts)
+        s.*member = p.text(key);
+    s.debfin = p.number(k::debfin) == 1;
     s.applyClamps();
     return s;
 }

@@ -8,7 +8,7 @@
 namespace kelvora {
 
 class SettingsStore;
-struct ProfileValues;
+class UserProfile;
 
 // The settings panel's clamps, applied to the box's text as its change handler does:
 // a value inside the bounds keeps the text as typed.
@@ -26,7 +26,7 @@ struct SoundSettings {
     static SoundSettings defaults();
     // The profile's values, passed through the panel's clamps.
     static SoundSettings fromProfile(const SettingsStore &store, const QString &user);
-    static SoundSettings fromProfile(const ProfileValues &profile);
+    static SoundSettings fromProfile(const UserProfile &profile);
     void applyClamps();
 
     TimingInputs timingInputs() const;

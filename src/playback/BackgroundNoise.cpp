@@ -1,20 +1,22 @@
 #include "playback/BackgroundNoise.h"
 
-#include "app/UserPrompts.h"
+#include "ui/UserPrompts.h"
 #include "playback/MediaDevice.h"
+#include "playback/MediaDeviceFactory.h"
 
 #include <QAbstractButton>
 #include <QStyle>
 
 namespace kelvora {
 
-BackgroundNoise::BackgroundNoise(const Controls &controls, UserPrompts &prompts, QObject *parent)
+BackgroundNoise::BackgroundNoise(const Controls &controls, const MediaDeviceFactory &devices,
+                                 UserPrompts &prompts, QObject *parent)
     : QObject(parent)
     , m_controls(controls)
     , m_prompts(prompts)
 {
     for (int i = 0; i < count; ++i) {
-        auto *device = new MediaDevice(this);
+        MediaDevice *device = devices.create(this);
         device->setObjectName(QStringLiteral("qrm%1").arg(i + 1));
         // Nothing here reads the noise's position.
         device->setNotifyPeriod(0);

@@ -10,6 +10,7 @@ class QAbstractButton;
 namespace kelvora {
 
 class MediaDevice;
+class MediaDeviceFactory;
 class UserPrompts;
 
 // The three interference recordings qrm1..qrm3, each on its own device with its own
@@ -25,7 +26,8 @@ public:
         std::array<QAbstractButton *, count> buttons{};   // start/stop by hand
     };
 
-    BackgroundNoise(const Controls &controls, UserPrompts &prompts, QObject *parent = nullptr);
+    BackgroundNoise(const Controls &controls, const MediaDeviceFactory &devices, UserPrompts &prompts,
+                    QObject *parent = nullptr);
 
     // At load, in the order 1, 2, 3; a file that cannot be opened is named in the status bar.
     void openAll(const QStringList &files);

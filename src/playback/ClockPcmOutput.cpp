@@ -1,26 +1,37 @@
 #include "playback/ClockPcmOutput.h"
 
+#include "playback/PlayClock.h"
+
 namespace kelvora {
+
+ClockPcmOutput::ClockPcmOutput(const PlayClock &clock, QObject *parent)
+    : PcmOutput(parent)
+    , m_clock(clock)
+{
+}
 
 bool ClockPcmOutput::start(qint64)
 {
     m_banked = 0;
-    m_clock.start();
+    m_running = true;
+    m_startedAt = m_clock.nowMs();
     return true;
 }
 
 void ClockPcmOutput::suspend()
 {
-    if (!m_clock.isValid())
+    if (!m_running)
         return;
-    m_banked += m_clock.elapsed();
-    m_clock.invalidate();
+    m_banked += m_clock.nowMs() - m_startedAt;
+    m_running = false;
 }
 
 void ClockPcmOutput::resume()
 {
-    if (!m_clock.isValid())
-        m_clock.start();
+    if (m_running)
+        return;
+    m_running = true;
+    m_startedAt = m_clock.nowMs();
 }
 
 void ClockPcmOutput::halt()
@@ -30,7 +41,7 @@ void ClockPcmOutput::halt()
 
 qint64 ClockPcmOutput::playedMs() const
 {
-    return m_banked + (m_clock.isValid() ? m_clock.elapsed() : 0);
+    return m_banked + (m_running ? m_clock.nowMs() - m_startedAt : 0);
 }
 
 } // namespace kelvora

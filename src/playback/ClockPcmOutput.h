@@ -2,16 +2,16 @@
 
 #include "playback/PcmOutput.h"
 
-#include <QElapsedTimer>
-
 namespace kelvora {
+
+class PlayClock;
 
 // The null output: no sound, but time runs as if the sound were playing, so that
 // everything waiting for the end of a sound still happens.
 class ClockPcmOutput final : public PcmOutput {
     Q_OBJECT
 public:
-    using PcmOutput::PcmOutput;
+    ClockPcmOutput(const PlayClock &clock, QObject *parent = nullptr);
 
     bool prepare(const WavSound &) override { return true; }
     bool start(qint64 fromMs) override;
@@ -21,8 +21,10 @@ public:
     qint64 playedMs() const override;
 
 private:
-    QElapsedTimer m_clock; // valid while running
-    qint64 m_banked = 0;   // played before the last pause
+    const PlayClock &m_clock;
+    bool m_running = false;
+    qint64 m_startedAt = 0; // the clock's time when it last ran on
+    qint64 m_banked = 0;    // played before the last pause
 };
 
 } // namespace kelvora

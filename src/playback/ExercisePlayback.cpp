@@ -1,12 +1,15 @@
 #include "playback/ExercisePlayback.h"
 
-#include "app/GlobalState.h"
-#include "app/UserPrompts.h"
+#include "settings/Session.h"
+#include "ui/UserPrompts.h"
 #include "core/Logging.h"
+#include "core/TextUtils.h"
+#include "morse/RenderSound.h"
 #include "playback/BackgroundNoise.h"
-#include "playback/EndOfPlay.h"
+#include "audio/EndOfPlay.h"
 #include "playback/MediaDevice.h"
-#include "playback/PlayTime.h"
+#include "playback/MediaDeviceFactory.h"
+#include "audio/PlayTime.h"
 #include "playback/PushToTalkControl.h"
 
 #include <QAbstractButton>
@@ -15,23 +18,27 @@
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTextCursor>
 #include <QTimer>
 
 #include <utility>
 
 namespace kelvora {
 
-ExercisePlayback::ExercisePlayback(const Controls &controls, Renderer render,
-                                   BackgroundNoise &noise, PushToTalkControl &ptt,
+ExercisePlayback::ExercisePlayback(const Controls &controls, PatternLookup &lookup,
+                                   SettingsSource settings, Session &session,
+                                   const MediaDeviceFactory &devices, BackgroundNoise &noise, PushToTalkControl &ptt,
                                    QTimer *wordTimer, UserPrompts &prompts, QObject *parent)
     : QObject(parent)
     , m_controls(controls)
-    , m_render(std::move(render))
+    , m_lookup(lookup)
+    , m_settings(std::move(settings))
+    , m_session(session)
     , m_noise(noise)
     , m_ptt(ptt)
     , m_wordTimer(wordTimer)
     , m_prompts(prompts)
-    , m_player(new MediaDevice(this))
+    , m_player(devices.create(this))
 {
     // Hidden until the first preparation.
     m_controls.player->hide();
@@ -77,7 +84,7 @@ bool ExercisePlayback::openPlayer(QString *error)
 {
     m_opening = true;
     m_openError.clear();
-    const bool opened = m_player->open(globalState().paths.testWavPath);
+    const bool opened = m_player->open(m_session.paths.testWavPath);
     m_opening = false;
     m_endSeen = false;
     if (!opened && error)
@@ -94,11 +101,41 @@ bool ExercisePlayback::test(QString *error)
     m_player->close();
     showDeviceState();
     QString reason;
-    if (!m_render(&reason) || !openPlayer(&reason)) {
+    if (!render(&reason) || !openPlayer(&reason)) {
         if (error)
             *error = reason;
         return false;
     }
+    return true;
+}
+
+bool ExercisePlayback::render(QString *error)
+{
+    QPlainTextEdit &box = *m_controls.exercise;
+    const QString text = box.toPlainText();
+    const QTextCursor cursor = box.textCursor();
+    SoundText sound{text};
+    // The box counts UTF-16 units; the renderer counts characters.
+    sound.selectionStart = text::utf16ToCharacter(text, cursor.selectionStart());
+    sound.selectionLength = text::utf16ToCharacter(text, cursor.selectionEnd()) - sound.selectionStart;
+
+    const RenderResult r =
+        renderSound(sound, m_settings(), m_lookup, SoundTarget::exercise(m_session.paths));
+    if (!r.ok) {
+        qCWarning(lcMorse) << "rendering failed:" << r.error;
+        if (error)
+            *error = r.error;
+        return false;
+    }
+    if (r.trimmedText != text) {
+        box.setPlainText(r.trimmedText);
+        QTextCursor c = box.textCursor();
+        c.setPosition(int(text::characterToUtf16(r.trimmedText, r.selectionStart)));
+        c.setPosition(int(text::characterToUtf16(r.trimmedText, r.selectionStart + r.selectionLength)),
+                      QTextCursor::KeepAnchor);
+        box.setTextCursor(c);
+    }
+    emit rendered(r);
     return true;
 }
 
@@ -121,11 +158,9 @@ bool ExercisePlayback::prepare(bool userActed)
 
 void ExercisePlayback::playPressed()
 {
-    globalState().playerFree = false;
+    m_session.playerFree = false;
     m_ptt.openForPlay();
     m_noise.startTicked();
-    if (m_answerBox && isShown(m_controls.exercise))
-        m_answerBox->setFocus();
     m_endSeen = false;
     m_player->play();
     showDeviceState();
@@ -176,9 +211,7 @@ void ExercisePlayback::onStatusUpdate()
 void ExercisePlayback::endOfPlay()
 {
     qCDebug(lcPlayback) << "end of play";
-    globalState().playerFree = true;
-    if (m_answerBox && isShown(m_answerBox))
-        m_answerBox->setFocus();
+    m_session.playerFree = true;
     m_ptt.closeIfOpen();
     const EndOfPlay next =
         EndOfPlay::after(m_controls.autoCorrection->isChecked(), m_controls.wordLoop->isChecked());

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "morse/SoundRenderer.h"
+#include "morse/SoundSettings.h"
+
 #include <QObject>
-#include <QPointer>
 
 #include <functional>
 
@@ -17,6 +19,9 @@ namespace kelvora {
 
 class BackgroundNoise;
 class MediaDevice;
+class MediaDeviceFactory;
+class PatternLookup;
+struct Session;
 class PushToTalkControl;
 class UserPrompts;
 
@@ -43,20 +48,22 @@ public:
         QAction *stopCommand = nullptr;
         QAction *pauseCommand = nullptr;
     };
-    // Writes the exercise sound file; false with the reason when nothing was written.
-    using Renderer = std::function<bool(QString *error)>;
+    // The sound settings in force when the exercise is rendered.
+    using SettingsSource = std::function<SoundSettings()>;
 
-    ExercisePlayback(const Controls &controls, Renderer render, BackgroundNoise &noise,
+    ExercisePlayback(const Controls &controls, PatternLookup &lookup, SettingsSource settings,
+                     Session &session,
+                     const MediaDeviceFactory &devices, BackgroundNoise &noise,
                      PushToTalkControl &ptt, QTimer *wordTimer, UserPrompts &prompts,
                      QObject *parent = nullptr);
 
     MediaDevice *player() const { return m_player; }
-    // Text17, the answer box of the typed-word drill, when there is one.
-    void setAnswerBox(QWidget *box) { m_answerBox = box; }
 
     // "Open" on tmp/test.wav; false with the device's reason.
     bool openPlayer(QString *error = nullptr);
-    // test: "Close", render, "Open". Reports nothing; false with the reason.
+    // test: "Close", render tmp/test.wav from the exercise text (its selection only, when
+    // there is one; the trimmed text goes back into the box with the same characters
+    // selected), "Open". Reports nothing; false with the reason.
     bool test(QString *error = nullptr);
     // Command1: test, then the player in Command1's place and the focus in the text.
     // A failure is a message when the user asked, a status-bar notice otherwise.
@@ -69,6 +76,8 @@ public:
 signals:
     // The end of play hands over to the correction replay.
     void correctionRequested();
+    // A sound was written (rendered() comes before the player opens it).
+    void rendered(const RenderResult &result);
     void notice(const QString &text);
 
 protected:
@@ -76,6 +85,7 @@ protected:
 
 private:
     void wire();
+    bool render(QString *error);
     void onStatusUpdate();
     void endOfPlay();
     void onExerciseChanged();
@@ -86,13 +96,14 @@ private:
     bool isShown(const QWidget *widget) const;
 
     Controls m_controls;
-    Renderer m_render;
+    PatternLookup &m_lookup;
+    SettingsSource m_settings;
+    Session &m_session;
     BackgroundNoise &m_noise;
     PushToTalkControl &m_ptt;
     QTimer *m_wordTimer;
     UserPrompts &m_prompts;
     MediaDevice *m_player; // child of this object
-    QPointer<QWidget> m_answerBox;
     bool m_endSeen = false; // the end of this recording has been handled
     bool m_opening = false;
     QString m_openError;

@@ -2,8 +2,9 @@
 
 #include "core/Logging.h"
 #include "playback/ClockPcmOutput.h"
+#include "playback/PlayClock.h"
 #include "playback/SinkPcmOutput.h"
-#include "playback/WavReader.h"
+#include "audio/WavReader.h"
 
 #include <QMediaDevices>
 
@@ -21,13 +22,31 @@ constexpr int endCheckMs = 10;
 
 } // namespace
 
-MediaDevice::MediaDevice(QObject *parent) : QObject(parent), m_clock(new ClockPcmOutput(this))
+MediaDevice::MediaDevice(QObject *parent)
+    : QObject(parent)
+    , m_clock(new ClockPcmOutput(*new SteadyPlayClock(this), this))
 {
     m_output = m_clock;
     connect(&m_statusTimer, &QTimer::timeout, this, &MediaDevice::statusUpdate);
     m_endTimer.setTimerType(Qt::PreciseTimer);
     m_endTimer.setInterval(endCheckMs);
     connect(&m_endTimer, &QTimer::timeout, this, &MediaDevice::checkEnd);
+}
+
+MediaDevice::MediaDevice(PlayClock &clock, QObject *parent)
+    : QObject(parent)
+    , m_silentOnly(true)
+    , m_clock(new ClockPcmOutput(clock, this))
+{
+    m_output = m_clock;
+    connect(&m_statusTimer, &QTimer::timeout, this, &MediaDevice::statusUpdate);
+    // Time moves only when the clock is advanced: look for the end at once.
+    connect(&clock, &PlayClock::advanced, this, [this] {
+        if (m_state == State::Closed)
+            return;
+        emit statusUpdate();
+        checkEnd();
+    });
 }
 
 MediaDevice::~MediaDevice()
@@ -240,7 +259,7 @@ void MediaDevice::startOutput(qint64 fromMs)
 
 QAudioDevice MediaDevice::currentOutput() const
 {
-    if (silenceForced())
+    if (m_silentOnly || silenceForced())
         return {};
     // Starting a stream on an output that has gone can hang the audio layer: only a
     // device the system still lists is used.
@@ -281,6 +300,8 @@ void MediaDevice::useOutput(PcmOutput *output)
 
 void MediaDevice::goSilent()
 {
+    if (m_silentOnly)
+        return; // silent by choice: nothing to tell
     if (g_silentNoticeGiven.exchange(true))
         return;
     qCWarning(lcPlayback) << silentNoticeText();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "playback/WavSound.h"
+#include "audio/WavSound.h"
 
 #include <QAudioDevice>
 #include <QObject>
@@ -10,6 +10,7 @@
 namespace kelvora {
 
 class ClockPcmOutput;
+class PlayClock;
 class PcmOutput;
 class SinkPcmOutput;
 
@@ -24,7 +25,10 @@ class MediaDevice : public QObject {
 public:
     static constexpr int defaultNotifyPeriodMs = 100;
 
+    // A device on the system's sound output.
     explicit MediaDevice(QObject *parent = nullptr);
+    // A silent device keeping time on `clock` (a test advances it).
+    MediaDevice(PlayClock &clock, QObject *parent);
     ~MediaDevice() override;
 
     // "Open": reads the whole file (which is then no longer held), prepares the output;
@@ -95,6 +99,7 @@ private:
     QAudioDevice m_requestedDevice;
     QTimer m_statusTimer;
     QTimer m_endTimer;
+    bool m_silentOnly = false;
     ClockPcmOutput *m_clock = nullptr; // children of this object
     SinkPcmOutput *m_sink = nullptr;
     PcmOutput *m_output = nullptr;     // one of the two above

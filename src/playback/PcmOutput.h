@@ -1,6 +1,6 @@
 #pragma once
 
-#include "playback/WavSound.h"
+#include "audio/WavSound.h"
 
 #include <QObject>
 

@@ -1,10 +1,10 @@
 #include "playback/PushToTalkControl.h"
 
-#include "app/ChoiceLists.h"
-#include "app/SettingsWriter.h"
-#include "app/UserPrompts.h"
+#include "settings/ChoiceLists.h"
+#include "ui/SettingsWriter.h"
+#include "ui/UserPrompts.h"
 #include "core/Logging.h"
-#include "playback/PttPortName.h"
+#include "audio/PttPortName.h"
 #include "playback/PushToTalk.h"
 
 #include <QAbstractButton>

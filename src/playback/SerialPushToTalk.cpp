@@ -1,7 +1,7 @@
 #include "playback/SerialPushToTalk.h"
 
 #include "core/Logging.h"
-#include "playback/PttPortName.h"
+#include "audio/PttPortName.h"
 
 namespace kelvora {
 

@@ -1,7 +1,7 @@
 #include "playback/SinkPcmOutput.h"
 
 #include "core/Logging.h"
-#include "playback/PcmConverter.h"
+#include "audio/PcmConverter.h"
 
 #include <QAudioSink>
 

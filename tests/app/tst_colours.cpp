@@ -1,5 +1,5 @@
 #include "MainWindowFixture.h"
-#include "app/ColourScheme.h"
+#include "ui/ColourScheme.h"
 #include "app/MainPF.h"
 
 #include <QAbstractButton>

@@ -1,6 +1,6 @@
 #include "MainWindowFixture.h"
 #include "app/MainPF.h"
-#include "morse/SoundSettingsPanel.h"
+#include "panels/SoundSettingsPanel.h"
 
 #include <QAbstractButton>
 #include <QComboBox>

@@ -1,8 +1,8 @@
 #include "MainWindowFixture.h"
 #include "app/MainPF.h"
-#include "app/WindowTimers.h"
+#include "ui/WindowTimers.h"
 #include "core/Random.h"
-#include "morse/SoundSettingsPanel.h"
+#include "panels/SoundSettingsPanel.h"
 #include "playback/ExercisePlayback.h"
 #include "playback/MediaDevice.h"
 

@@ -3,9 +3,9 @@
 // really receives.
 #include "MainWindowFixture.h"
 #include "SoundCapture.h"
-#include "app/GlobalState.h"
+#include "settings/Session.h"
 #include "app/MainPF.h"
-#include "morse/SoundSettingsPanel.h"
+#include "panels/SoundSettingsPanel.h"
 #include "playback/BackgroundNoise.h"
 #include "playback/ExercisePlayback.h"
 #include "playback/MediaDevice.h"
@@ -41,7 +41,7 @@ private:
     void trigger(const char *name) const { m_window->findChild<QAction *>(name)->trigger(); }
     MediaDevice *player() const { return m_window->playback()->player(); }
     bool prepared() const { return control("PLAYER")->isVisible() && !control("Command1")->isVisible(); }
-    bool playEnded() const { return globalState().playerFree && !player()->isPlaying(); }
+    bool playEnded() const { return m_fixture->session.playerFree && !player()->isPlaying(); }
     QString position() const { return m_window->findChild<QLineEdit *>("TRB")->text().section(" - ", 1); }
 
     std::unique_ptr<MainWindowFixture> m_fixture;
@@ -140,7 +140,7 @@ void PlaybackTest::endOfPlayFollowUp()
         press(control("Fcorrection"));
     m_window->findChild<QAction *>("motenboucle")->setChecked(wordLoop); // the loop comes later
     press(control("playerJouer"));
-    QVERIFY(!globalState().playerFree);
+    QVERIFY(!m_fixture->session.playerFree);
     QVERIFY(on("qrm1"));
     QTRY_VERIFY_WITH_TIMEOUT(playEnded(), patience);
     QCOMPARE(m_window->findChild<QTimer *>("Timer5")->isActive(), correction);
@@ -157,7 +157,7 @@ void PlaybackTest::stopButtonAndMusicMenu()
     press(control("Q2"));
     // The menu drives the device only: no noise, the player stays free.
     trigger("jouer");
-    QVERIFY(player()->isPlaying() && globalState().playerFree && !on("qrm2"));
+    QVERIFY(player()->isPlaying() && m_fixture->session.playerFree && !on("qrm2"));
     QTRY_VERIFY_WITH_TIMEOUT(player()->positionMs() > 100, patience);
     trigger("pause");
     QVERIFY(player()->isPaused());
@@ -171,12 +171,12 @@ void PlaybackTest::stopButtonAndMusicMenu()
     // The bar's Stop button: noise off, rewound, the loop unchecked; the player stays busy.
     m_window->findChild<QAction *>("motenboucle")->setChecked(true);
     press(control("playerJouer"));
-    QVERIFY(on("qrm2") && !globalState().playerFree);
+    QVERIFY(on("qrm2") && !m_fixture->session.playerFree);
     press(control("playerStop"));
     QVERIFY(!player()->isPlaying() && !on("qrm2"));
     QCOMPARE(player()->positionMs(), 0);
     QVERIFY(!m_window->findChild<QAction *>("motenboucle")->isChecked());
-    QVERIFY(!globalState().playerFree);
+    QVERIFY(!m_fixture->session.playerFree);
 }
 
 void PlaybackTest::deviceErrorsAreToldAndPlayGoesOn()

@@ -1,9 +1,9 @@
 // Push-to-talk in the main window, against a pseudo-terminal pair made by socat: port 1
 // is one end, any other port number is absent.
 #include "MainWindowFixture.h"
-#include "app/GlobalState.h"
+#include "settings/Session.h"
 #include "app/MainPF.h"
-#include "exercises/CorrectionReplay.h"
+#include "playback/CorrectionReplay.h"
 #include "playback/ExercisePlayback.h"
 #include "playback/MediaDevice.h"
 #include "playback/PushToTalkControl.h"
@@ -36,7 +36,7 @@ private:
     void open(const QString &port, const QString &text);
     void typePort(const QString &text);
     int openHandles() const;
-    bool playEnded() const { return globalState().playerFree && !m_window->playback()->player()->isPlaying(); }
+    bool playEnded() const { return m_fixture->session.playerFree && !m_window->playback()->player()->isPlaying(); }
 
     QTemporaryDir m_dir;
     QProcess m_socat;

@@ -2,7 +2,7 @@
 // exercise plays on a clock: what waits for its end still happens, and the status bar
 // says once that nothing is heard.
 #include "MainWindowFixture.h"
-#include "app/GlobalState.h"
+#include "settings/Session.h"
 #include "app/MainPF.h"
 #include "playback/ExercisePlayback.h"
 #include "playback/MediaDevice.h"
@@ -32,8 +32,8 @@ void SilentPlaybackTest::endOfPlayRunsOnTheClock()
     press(window->findChild<QWidget *>("Command1"));
     QVERIFY(window->playback()->player()->isSilent());
     press(window->findChild<QWidget *>("playerJouer"));
-    QVERIFY(!globalState().playerFree);
-    QTRY_VERIFY_WITH_TIMEOUT(globalState().playerFree, 20000);
+    QVERIFY(!fixture.session.playerFree);
+    QTRY_VERIFY_WITH_TIMEOUT(fixture.session.playerFree, 20000);
     QCOMPARE(window->playback()->player()->positionMs(), 0);
     QVERIFY(window->findChild<QTimer *>("Timer5")->isActive()); // the correction follows
     QVERIFY(fixture.prompts.messages.isEmpty());

@@ -1,5 +1,5 @@
 #include "playback/NullPushToTalk.h"
-#include "playback/PttPortName.h"
+#include "audio/PttPortName.h"
 #include "playback/SerialPushToTalk.h"
 
 #include <QDir>

@@ -1,0 +1,36 @@
+#include "morse/RenderSound.h"
+
+#include "morse/TimingCalculator.h"
+#include "settings/AppPaths.h"
+
+namespace kelvora {
+
+SoundTarget SoundTarget::exercise(const AppPaths &paths)
+{
+    return {paths.testWavPath, paths.testTextPath};
+}
+
+RenderResult renderSound(const SoundText &text, const SoundSettings &settings,
+                         PatternLookup &lookup, const SoundTarget &target)
+{
+    const TimingResult timing = CALCCONFIG(settings.timingInputs(), lookup);
+    if (!timing.ok) {
+        RenderResult failed;
+        failed.error = timing.error;
+        return failed;
+    }
+    RenderRequest request;
+    request.exerciseText = text.text;
+    request.selectionStart = text.selectionStart;
+    request.selectionLength = text.selectionLength;
+    request.debfin = settings.debfin;
+    request.deb = settings.deb;
+    request.fin = settings.fin;
+    request.tone = settings.toneSettings(timing.plan);
+    request.wavPath = target.wavPath;
+    request.textPath = target.textPath;
+    request.maxDataBytes = target.maxDataBytes;
+    return test(request, lookup);
+}
+
+} // namespace kelvora

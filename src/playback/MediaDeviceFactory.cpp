@@ -1,0 +1,14 @@
+#include "playback/MediaDeviceFactory.h"
+
+#include "playback/MediaDevice.h"
+
+namespace kelvora {
+
+MediaDevice *MediaDeviceFactory::create(QObject *parent) const
+{
+    if (m_clock)
+        return new MediaDevice(*m_clock, parent);
+    return new MediaDevice(parent);
+}
+
+} // namespace kelvora

@@ -1,0 +1,144 @@
+#include "ui/WordTableArea.h"
+
+#include "settings/Session.h"
+#include "words/WordDatabase.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace kelvora {
+
+namespace {
+const QString neutralCondition = QStringLiteral("mot like '*'");
+}
+
+WordTableArea::WordTableArea(const Controls &controls, Session &session, QObject *parent)
+    : QObject(parent)
+    , m_c(controls)
+    , m_session(session)
+{
+    connect(m_c.tables, &QComboBox::textActivated, this, &WordTableArea::select);
+    connect(m_c.first, &QAbstractButton::clicked, this, [this] { move(Move::First); });
+    connect(m_c.previous, &QAbstractButton::clicked, this, [this] { move(Move::Previous); });
+    connect(m_c.next, &QAbstractButton::clicked, this, [this] { move(Move::Next); });
+    connect(m_c.last, &QAbstractButton::clicked, this, [this] { move(Move::Last); });
+    // Enter in the query field, or a pick in its list, applies the condition.
+    connect(m_c.query->lineEdit(), &QLineEdit::returnPressed, this, &WordTableArea::applyQuery);
+    connect(m_c.query, &QComboBox::activated, this, &WordTableArea::applyQuery);
+}
+
+void WordTableArea::fillTables()
+{
+    WordDatabase db(m_session.paths.wordDatabasePath, WordDatabase::OpenMode::ReadOnly);
+    const QSignalBlocker blocker(m_c.tables);
+    m_c.tables->clear();
+    for (const TableDefinition &table : db.tableDefinitions()) {
+        if (table.attributes == 0 && table.name != QLatin1String("ref"))
+            m_c.tables->addItem(table.name);
+    }
+}
+
+void WordTableArea::restore(const QString &table)
+{
+    Session &state = m_session;
+    state.currentTable = table.isEmpty() ? QStringLiteral("mot") : table;
+    {
+        const QSignalBlocker blocker(m_c.tables);
+        // A table that no longer exists leaves the list blank rather than naming another.
+        m_c.tables->setCurrentIndex(m_c.tables->findText(state.currentTable));
+    }
+    openSource(QStringLiteral("select * from ") + state.currentTable + QStringLiteral(" order by mot"));
+    showCount();
+    nameTableInMenus(state.currentTable, false);
+    m_c.queryHeading->setText(QStringLiteral("Requête sur les mots de la Table ") + state.currentTable);
+}
+
+void WordTableArea::select(const QString &table)
+{
+    Session &state = m_session;
+    state.currentTable = table;
+    if (m_c.query->count() > 0) {
+        m_c.query->setCurrentIndex(0);
+        m_c.query->setEditText(m_c.query->itemText(0));
+    }
+    openSource(QStringLiteral("select * from ") + table + QStringLiteral("  order by mot"));
+    showCount();
+    nameTableInMenus(table, true);
+    emit tableSelected(table);
+    m_c.queryHeading->setText(QStringLiteral("Requête sur les mots de la Table ") + table);
+}
+
+void WordTableArea::applyQuery()
+{
+    if (m_c.query->currentText().isEmpty())
+        m_c.query->setEditText(neutralCondition);
+    openSource(QStringLiteral("select * from ") + m_session.currentTable
+               + QStringLiteral(" where ") + m_c.query->currentText()
+               + QStringLiteral(" order by mot"));
+    showCount();
+    emit countChanged();
+}
+
+void WordTableArea::refresh()
+{
+    m_records.refresh();
+    showCurrentWord();
+}
+
+void WordTableArea::openSource(const QString &source)
+{
+    m_records.setDatabasePath(m_session.paths.wordDatabasePath);
+    m_records.setSource(source);
+    // A table that does not exist, or a condition the engine refuses, gives an empty set.
+    m_records.refresh();
+    showCurrentWord();
+}
+
+void WordTableArea::move(Move move)
+{
+    if (m_records.isEmpty())
+        return;
+    // The caption shows where the record set stood when it was asked to move.
+    m_c.caption->setText(QString::number(m_records.position()));
+    switch (move) {
+    case Move::First:
+        m_records.moveFirst();
+        break;
+    case Move::Previous:
+        m_records.movePrevious();
+        break;
+    case Move::Next:
+        m_records.moveNext();
+        break;
+    case Move::Last:
+        m_records.moveLast();
+        break;
+    }
+    showCurrentWord();
+}
+
+void WordTableArea::showCurrentWord()
+{
+    m_c.currentWord->setText(m_records.word());
+}
+
+void WordTableArea::showCount()
+{
+    m_c.caption->setText(QString::number(m_records.count()));
+}
+
+void WordTableArea::nameTableInMenus(const QString &table, bool longForm)
+{
+    const QString quoted = u'\'' + table + u'\'';
+    const QString ofTable = longForm ? QStringLiteral("la table ") : QString();
+    m_c.importWords->setText(QStringLiteral("Importer des mots dans ") + ofTable + quoted);
+    m_c.exportWords->setText(QStringLiteral("Exporter les mots de ") + ofTable + quoted);
+    m_c.editTable->setText(QStringLiteral("Editer ") + ofTable + quoted);
+    m_c.emptyTable->setText(QStringLiteral("Vider ") + quoted);
+    m_c.deleteTable->setText(QStringLiteral("Supprimer ") + quoted);
+}
+
+} // namespace kelvora

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "words/RecordSet.h"
+
+#include <QObject>
+
+class QAction;
+class QAbstractButton;
+class QComboBox;
+class QLabel;
+
+namespace kelvora {
+struct Session;
+}
+
+namespace kelvora {
+
+// What the main window shows of the word tables: the table list TABLES, the record set
+// Data1 with its navigation arrows and its caption, the current word Text14, the query
+// field REQ with its heading Label31, and the table menu captions that name the table.
+class WordTableArea : public QObject {
+    Q_OBJECT
+public:
+    struct Controls {
+        QComboBox *tables = nullptr;   // TABLES
+        QAbstractButton *first = nullptr, *previous = nullptr, *next = nullptr, *last = nullptr;
+        QLabel *caption = nullptr;     // Data1's caption: a count or a position
+        QLabel *currentWord = nullptr; // Text14
+        QLabel *queryHeading = nullptr; // Label31
+        QComboBox *query = nullptr;    // REQ
+        QAction *importWords = nullptr, *exportWords = nullptr, *editTable = nullptr,
+                *emptyTable = nullptr, *deleteTable = nullptr;
+    };
+
+    WordTableArea(const Controls &controls, Session &session, QObject *parent = nullptr);
+
+    // The word tables of the database: attributes 0 and a name other than "ref".
+    void fillTables();
+    // At start and after a change of user: the stored table becomes current.
+    void restore(const QString &table);
+    // A choice in the list: the table becomes current (tableSelected follows).
+    void select(const QString &table);
+    // The query field's condition applied to the current table.
+    void applyQuery();
+    // Reads the record set again (each time the window becomes active).
+    void refresh();
+
+    int count() const { return m_records.count(); }
+    RecordSet &records() { return m_records; }
+
+signals:
+    // After a choice of table: the banner and the stored "lasttable" follow it.
+    void tableSelected(const QString &table);
+    // The number of words changed (a query): the banner follows it.
+    void countChanged();
+
+private:
+    enum class Move { First, Previous, Next, Last };
+    void move(Move move);
+    void showCurrentWord();
+    void showCount();
+    void nameTableInMenus(const QString &table, bool longForm);
+    void openSource(const QString &source);
+
+    Controls m_c;
+    Session &m_session;
+    RecordSet m_records;
+};
+
+} // namespace kelvora

@@ -1,0 +1,152 @@
+#include "RefFixture.h"
+#include "settings/SettingsStore.h"
+#include "morse/SoundSettings.h"
+
+#include <QtTest>
+
+using namespace kelvora;
+
+class SettingsStoreTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init();
+    void freshStoreGivesDefaults();
+    void valuesRoundTrip_data();
+    void valuesRoundTrip();
+    void emptySectionIsRefused();
+    void removeAllForgetsEveryProfile();
+    void profileGoesThroughPanelClamps_data();
+    void profileGoesThroughPanelClamps();
+    void clampsKeepTextInsideBounds_data();
+    void clampsKeepTextInsideBounds();
+
+private:
+    QTemporaryDir m_dir;
+    QString m_ini;
+};
+
+void SettingsStoreTest::init()
+{
+    m_ini = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()) + ".ini");
+    QFile::remove(m_ini);
+}
+
+void SettingsStoreTest::freshStoreGivesDefaults()
+{
+    SettingsStore store(m_ini);
+    QCOMPARE(store.lastUser(), QStringLiteral("défaut"));
+    for (const SettingKey &key : userKeys::all)
+        QCOMPARE(store.value("défaut", key), QString::fromUtf8(key.defaultValue));
+    const SoundSettings s = SoundSettings::fromProfile(store, "défaut");
+    QCOMPARE((QStringList{s.vitesse, s.mot, s.frequence, s.volume, s.ct, s.cs, s.cl, s.cm, s.sup,
+                          s.deb, s.fin}),
+             (QStringList{"12", "PARIS", "700", "127", "3", "1", "3", "9", "1", "VVV", "+"}));
+    QVERIFY(s.debfin);
+}
+
+void SettingsStoreTest::valuesRoundTrip_data()
+{
+    QTest::addColumn<QString>("user");
+    QTest::addColumn<QString>("value");
+    QTest::addRow("accented user") << "Hélène" << "15";
+    QTest::addRow("user with blanks and slash-free punctuation") << "F4ABC portable" << "PARIS";
+    QTest::addRow("value with comma") << "Luc" << "a, b";
+    QTest::addRow("value with equals and semicolon") << "Luc" << "x=1;y";
+    QTest::addRow("user named General") << "General" << "20";
+}
+
+void SettingsStoreTest::valuesRoundTrip()
+{
+    QFETCH(QString, user);
+    QFETCH(QString, value);
+    {
+        SettingsStore store(m_ini);
+        QVERIFY(store.setValue(user, "vitesse", value));
+        QVERIFY(store.setLastUser(user));
+    }
+    SettingsStore reopened(m_ini);
+    QCOMPARE(reopened.value(user, userKeys::vitesse), value);
+    QCOMPARE(reopened.lastUser(), user);
+    QCOMPARE(reopened.value("quelqu'un d'autre", userKeys::vitesse), QStringLiteral("12"));
+}
+
+void SettingsStoreTest::emptySectionIsRefused()
+{
+    SettingsStore store(m_ini);
+    QVERIFY(store.setValue("Marc", "vitesse", "20"));
+    QVERIFY(!store.setValue("", "vitesse", "99"));
+    QVERIFY(!store.setLastUser(""));
+    store.sync();
+    QCOMPARE(store.value("", userKeys::vitesse), QStringLiteral("12"));
+    QCOMPARE(store.lastUser(), QStringLiteral("défaut"));
+    QCOMPARE(store.value("Marc", userKeys::vitesse), QStringLiteral("20"));
+    QVERIFY(!QString::fromUtf8(testsupport::readFile(m_ini)).contains("99"));
+}
+
+void SettingsStoreTest::removeAllForgetsEveryProfile()
+{
+    SettingsStore store(m_ini);
+    store.setValue("Marc", "vitesse", "20");
+    store.setValue("Anne", "mot", "CODEX");
+    store.setLastUser("Anne");
+    store.removeAll();
+    SettingsStore reopened(m_ini);
+    QCOMPARE(reopened.lastUser(), QStringLiteral("défaut"));
+    QCOMPARE(reopened.value("Marc", userKeys::vitesse), QStringLiteral("12"));
+    QCOMPARE(reopened.value("Anne", userKeys::mot), QStringLiteral("PARIS"));
+}
+
+void SettingsStoreTest::profileGoesThroughPanelClamps_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<QString>("seen");
+    QTest::addRow("speed below 3") << "vitesse" << "2" << "3";
+    QTest::addRow("speed not a number") << "vitesse" << "rapide" << "3";
+    QTest::addRow("speed kept") << "vitesse" << "25" << "25";
+    QTest::addRow("frequency above 8000") << "frequence" << "9000" << "8000";
+    QTest::addRow("frequency below 1") << "frequence" << "0" << "1";
+    QTest::addRow("volume above 127") << "volume" << "200" << "127";
+    QTest::addRow("volume below 1") << "volume" << "-5" << "1";
+    QTest::addRow("start sign unchecked") << "deb" << "CQ CQ" << "CQ CQ";
+}
+
+void SettingsStoreTest::profileGoesThroughPanelClamps()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, stored);
+    QFETCH(QString, seen);
+    SettingsStore store(m_ini);
+    store.setValue("Paul", key, stored);
+    const SoundSettings s = SoundSettings::fromProfile(store, "Paul");
+    const QHash<QString, QString> values{{"vitesse", s.vitesse}, {"frequence", s.frequence},
+                                         {"volume", s.volume}, {"deb", s.deb}};
+    QCOMPARE(values.value(key), seen);
+}
+
+void SettingsStoreTest::clampsKeepTextInsideBounds_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("speed");
+    QTest::addColumn<QString>("frequency");
+    QTest::addColumn<QString>("volume");
+    QTest::addRow("inside every bound, kept as typed") << "12 " << "12 " << "12 " << "12 ";
+    QTest::addRow("3 exactly") << "3" << "3" << "3" << "3";
+    QTest::addRow("fraction") << "2.5" << "3" << "2.5" << "2.5";
+    QTest::addRow("empty") << "" << "3" << "1" << "1";
+    QTest::addRow("large") << "100000" << "100000" << "8000" << "127";
+}
+
+void SettingsStoreTest::clampsKeepTextInsideBounds()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, speed);
+    QFETCH(QString, frequency);
+    QFETCH(QString, volume);
+    QCOMPARE(soundRules::clampSpeed(text), speed);
+    QCOMPARE(soundRules::clampFrequency(text), frequency);
+    QCOMPARE(soundRules::clampVolume(text), volume);
+}
+
+QTEST_GUILESS_MAIN(SettingsStoreTest)
+#include "tst_settingsstore.moc"
