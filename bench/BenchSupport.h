@@ -3,6 +3,7 @@
 // What several benchmarks need: the reference table of the repository and the
 // examination text they all render.
 #include "core/Random.h"
+#include "words/Transaction.h"
 #include "words/WordDatabase.h"
 
 #include <QFile>

@@ -70,7 +70,7 @@ trap 'restore; echo "mutation-check: sources restored"; exit 130' INT TERM
 trap 'restore' EXIT
 
 if [ ! -f "$build_dir/CMakeCache.txt" ]; then
-  cmake -S . -B "$build_dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKELVORA_BUILD_BENCH=OFF >"$log_dir/configure.log" 2>&1 \
+  cmake -S . -B "$build_dir" -DCMAKE_BUILD_TYPE=Release -DKELVORA_BUILD_BENCH=OFF >"$log_dir/configure.log" 2>&1 \
     || { echo "mutation-check: configure failed ($log_dir/configure.log)"; exit 2; }
 fi
 echo "mutation-check: building the unchanged sources"

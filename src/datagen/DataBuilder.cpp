@@ -5,6 +5,7 @@
 #include "morse/PatternLookup.h"
 #include "morse/RenderSound.h"
 #include "morse/SoundSettings.h"
+#include "words/Transaction.h"
 #include "words/WordDatabase.h"
 
 #include <QDir>

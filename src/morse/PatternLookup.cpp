@@ -1,5 +1,6 @@
 #include "morse/PatternLookup.h"
 
+#include "words/Transaction.h"
 #include "words/WordDatabase.h"
 
 #include <sqlite3.h>

@@ -50,7 +50,7 @@ void WordTableArea::restore(const QString &table)
         // A table that no longer exists leaves the list blank rather than naming another.
         m_c.tables->setCurrentIndex(m_c.tables->findText(state.currentTable));
     }
-    openSource(QStringLiteral("select * from ") + state.currentTable + QStringLiteral(" order by mot"));
+    openSource(state.currentTable, QStringLiteral(" order by mot"));
     showCount();
     nameTableInMenus(state.currentTable, false);
     m_c.queryHeading->setText(QStringLiteral("Requête sur les mots de la Table ") + state.currentTable);
@@ -64,7 +64,7 @@ void WordTableArea::select(const QString &table)
         m_c.query->setCurrentIndex(0);
         m_c.query->setEditText(m_c.query->itemText(0));
     }
-    openSource(QStringLiteral("select * from ") + table + QStringLiteral("  order by mot"));
+    openSource(table, QStringLiteral("  order by mot"));
     showCount();
     nameTableInMenus(table, true);
     emit tableSelected(table);
@@ -75,9 +75,8 @@ void WordTableArea::applyQuery()
 {
     if (m_c.query->currentText().isEmpty())
         m_c.query->setEditText(neutralCondition);
-    openSource(QStringLiteral("select * from ") + m_session.currentTable
-               + QStringLiteral(" where ") + m_c.query->currentText()
-               + QStringLiteral(" order by mot"));
+    openSource(m_session.currentTable,
+               QStringLiteral(" where ") + m_c.query->currentText() + QStringLiteral(" order by mot"));
     showCount();
     emit countChanged();
 }
@@ -88,10 +87,15 @@ void WordTableArea::refresh()
     showCurrentWord();
 }
 
-void WordTableArea::openSource(const QString &source)
+void WordTableArea::openSource(const QString &table, const QString &rest)
 {
     m_records.setDatabasePath(m_session.paths.wordDatabasePath);
-    m_records.setSource(source);
+    // A name that cannot be a table, or a condition that reads anything but the table,
+    // gives an empty set.
+    m_records.setReadableTable(table);
+    m_records.setSource(WordDatabase::isTableName(table)
+                            ? QStringLiteral("select * from ") + table + rest
+                            : QString());
     // A table that does not exist, or a condition the engine refuses, gives an empty set.
     m_records.refresh();
     showCurrentWord();

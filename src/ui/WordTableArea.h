@@ -60,7 +60,7 @@ private:
     void showCurrentWord();
     void showCount();
     void nameTableInMenus(const QString &table, bool longForm);
-    void openSource(const QString &source);
+    void openSource(const QString &table, const QString &rest);
 
     Controls m_c;
     Session &m_session;

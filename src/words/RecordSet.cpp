@@ -39,6 +39,8 @@ bool RecordSet::refresh()
         qCWarning(lcWords) << "record set:" << m_error;
         return false;
     }
+    if (!m_readableTable.isEmpty())
+        db.readOnly(m_readableTable);
     const QString sql = withRowid(m_source);
     const QueryResult result = db.query(sql);
     if (!result.ok) {

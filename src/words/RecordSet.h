@@ -19,6 +19,9 @@ public:
     QString databasePath() const { return m_databasePath; }
     void setSource(const QString &source) { m_source = source; }
     QString source() const { return m_source; }
+    // When set, the source may read this table and nothing else (the user typed part of
+    // it); empty: the source is the program's own.
+    void setReadableTable(const QString &table) { m_readableTable = table; }
 
     // Reads the source again and stands on the first row. False when the source fails
     // (a table that does not exist, a bad condition): the set is then empty.
@@ -54,6 +57,7 @@ private:
 
     QString m_databasePath;
     QString m_source;
+    QString m_readableTable;
     QString m_error;
     std::vector<Row> m_rows;
     int m_position = -1;

@@ -1,3 +1,5 @@
+#include "words/Transaction.h"
+
 #include "words/WordDatabase.h"
 
 namespace kelvora {

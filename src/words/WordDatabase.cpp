@@ -5,8 +5,10 @@
 #include "words/SqlToken.h"
 #include "words/SqliteValue.h"
 #include "words/StatementCache.h"
+#include "words/Transaction.h"
 
 #include <QFile>
+#include <QRegularExpression>
 
 #include <sqlite3.h>
 
@@ -35,6 +37,24 @@ bool hasAnotherStatement(const char *tail, const char *end)
     return false;
 }
 
+// The authorizer of guarded statements: `data` is the one table they may read.
+int readOnlyAuthorizer(void *data, int action, const char *first, const char *, const char *,
+                       const char *)
+{
+    const QString &table = *static_cast<const QString *>(data);
+    switch (action) {
+    case SQLITE_SELECT:
+    case SQLITE_FUNCTION:
+        return SQLITE_OK;
+    case SQLITE_READ:
+        return first && QString::fromUtf8(first).compare(table, Qt::CaseInsensitive) == 0
+                   ? SQLITE_OK
+                   : SQLITE_DENY;
+    default:
+        return SQLITE_DENY;
+    }
+}
+
 } // namespace
 
 struct WordDatabase::Private {
@@ -42,9 +62,15 @@ struct WordDatabase::Private {
     QString error;
     sqlite3 *db = nullptr;
     StatementCache cache{statementCacheSize};
+    QString readableTable; // not empty: statements are guarded, and never cached
+
+    sqlite3_stmt *guardedStatement = nullptr;
+
+    bool guarded() const { return !readableTable.isEmpty(); }
 
     ~Private()
     {
+        sqlite3_finalize(guardedStatement);
         cache.clear(); // statements first: the connection closes only when none is left
         sqlite3_close(db);
     }
@@ -69,7 +95,7 @@ struct WordDatabase::Private {
             fail(QStringLiteral("La base de mots %1 n'est pas ouverte.").arg(quoted(path)));
             return nullptr;
         }
-        sqlite3_stmt *statement = cache.find(sql);
+        sqlite3_stmt *statement = guarded() ? nullptr : cache.find(sql);
         if (statement) {
             sqlite3_reset(statement);
             sqlite3_clear_bindings(statement);
@@ -119,7 +145,13 @@ struct WordDatabase::Private {
                      .arg(quoted(sql)));
             return nullptr;
         }
-        cache.insert(sql, statement);
+        if (guarded()) {
+            // Not cached: the statement lives until the next guarded one.
+            sqlite3_finalize(guardedStatement);
+            guardedStatement = statement;
+        } else {
+            cache.insert(sql, statement);
+        }
         return statement;
     }
 
@@ -223,6 +255,47 @@ QueryResult WordDatabase::query(const QString &sql, const QVariantList &values, 
         result.rows.clear();
     }
     return result;
+}
+
+void WordDatabase::readOnly(const QString &table)
+{
+    d->readableTable = table.isEmpty() ? QStringLiteral("\x01") : table;
+    if (d->db)
+        sqlite3_set_authorizer(d->db, readOnlyAuthorizer, &d->readableTable);
+}
+
+void WordDatabase::readAnything()
+{
+    d->readableTable.clear();
+    if (d->db)
+        sqlite3_set_authorizer(d->db, nullptr, nullptr);
+}
+
+bool WordDatabase::isTableName(const QString &name)
+{
+    static const QRegularExpression plain(QStringLiteral("^[\\p{L}_][\\p{L}\\p{N}_]*$"));
+    return plain.match(name).hasMatch() && !name.startsWith(QLatin1String("sqlite_"), Qt::CaseInsensitive);
+}
+
+bool WordDatabase::write(const std::function<bool(WordDatabase &)> &work)
+{
+    QString error;
+    {
+        Transaction transaction(*this);
+        if (!transaction.isActive())
+            return false;
+        if (work(*this)) {
+            if (transaction.commit())
+                return true;
+            error = QStringLiteral("Les changements de la base de mots %1 n'ont pas pu être "
+                                   "enregistrés : %2")
+                        .arg(quoted(d->path), d->error);
+        } else {
+            error = d->error;
+        }
+    } // rolled back here
+    d->error = error; // the cause, not the rollback's outcome
+    return false;
 }
 
 bool WordDatabase::transaction()

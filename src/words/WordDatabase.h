@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -53,6 +54,20 @@ public:
     bool commit();
     bool rollback();
 
+    // Runs `work` in one transaction: committed when it returns true, rolled back when it
+    // returns false (or the commit fails), so that a table is changed whole or not at all.
+    bool write(const std::function<bool(WordDatabase &)> &work);
+
+    // From now on, until readAnything(), a statement prepared on this connection may
+    // read `table` and call functions, and nothing else: no other table, no writing,
+    // no pragma, no attach, no recursion. For conditions typed by the user.
+    void readOnly(const QString &table);
+    void readAnything();
+
+    // A name that can stand as a table in a statement: letters, digits and "_", not
+    // starting with a digit, and not one of the engine's own tables.
+    static bool isTableName(const QString &name);
+
     std::vector<TableDefinition> tableDefinitions();
 
     sqlite3 *handle() const;
@@ -60,21 +75,6 @@ public:
 private:
     struct Private;
     std::unique_ptr<Private> d;
-};
-
-// Commits on commit(), rolls back when it goes out of scope without one.
-class Transaction {
-public:
-    explicit Transaction(WordDatabase &db);
-    ~Transaction();
-    Transaction(const Transaction &) = delete;
-    Transaction &operator=(const Transaction &) = delete;
-    bool isActive() const { return m_active; }
-    bool commit();
-
-private:
-    WordDatabase &m_db;
-    bool m_active = false;
 };
 
 } // namespace kelvora

@@ -4,6 +4,7 @@
 #include "settings/Session.h"
 #include "app/MainPF.h"
 #include "morse/SoundRenderer.h"
+#include "words/Transaction.h"
 #include "words/WordDatabase.h"
 
 #include <QDir>

@@ -1,6 +1,7 @@
 #include "RefFixture.h"
 
 #include "TestPaths.h"
+#include "words/Transaction.h"
 #include "words/WordDatabase.h"
 
 #include <QFile>

@@ -1,3 +1,4 @@
+#include "words/Transaction.h"
 #include "words/WordDatabase.h"
 
 #include <QFile>
@@ -253,6 +254,85 @@ private slots:
         const QueryResult again = m_db->query(sql, {pattern});
         QVERIFY2(again.ok, qPrintable(again.error));
         QCOMPARE(wordsOf(again), after);
+    }
+
+    // A condition typed by the user reads the current table and nothing else.
+    void userConditions_data()
+    {
+        QTest::addColumn<QString>("condition");
+        QTest::addColumn<int>("count"); // -1: refused
+        QTest::newRow("the table's own words") << "mot like 'a*'" << 5;
+        QTest::newRow("a function of the dialect") << "len(mot) = 1" << 1;
+        QTest::newRow("the table read again") << "mot in (select mot from mot where mot like 'é*')" << 2;
+        QTest::newRow("another table") << "mot in (select car from ref)" << -1;
+        QTest::newRow("the engine's table") << "exists (select 1 from sqlite_master)" << -1;
+        QTest::newRow("a second statement") << "1; delete from mot" << -1;
+        QTest::newRow("attach") << "1; attach database 'x.db' as x" << -1;
+        QTest::newRow("pragma function") << "mot in (select name from pragma_table_info('ref'))" << -1;
+        QTest::newRow("recursion") << "mot in (with recursive c(x) as (select 1 union all select x+1 from c) select x from c)" << -1;
+    }
+    void userConditions()
+    {
+        QFETCH(QString, condition);
+        QFETCH(int, count);
+        m_db->readOnly("mot");
+        const QueryResult r = m_db->query("select * from mot where " + condition);
+        m_db->readAnything();
+        QCOMPARE(r.ok ? int(r.rows.size()) : -1, count);
+        // Nothing was changed, and the program's own statements work as before.
+        QCOMPARE(wordCount(*m_db), fixtureCount);
+        QCOMPARE(m_db->query("select count(*) from ref").rows.at(0).at(0).toInt(), int(fixtureRef.size() / 2));
+        QVERIFY(m_db->tableDefinitions().size() == 2);
+    }
+    void guardedStatementIsNotReusedUnguarded()
+    {
+        const QString sql = "select count(*) from ref";
+        m_db->readOnly("mot");
+        QVERIFY(!m_db->query(sql).ok);
+        m_db->readAnything();
+        QVERIFY(m_db->query(sql).ok);
+        m_db->readOnly("mot");
+        QVERIFY(!m_db->query(sql).ok); // refused again, not served from the cache
+        m_db->readAnything();
+    }
+
+    void writes_data()
+    {
+        QTest::addColumn<bool>("workSucceeds");
+        QTest::newRow("whole") << true;
+        QTest::newRow("a failing step undoes the others") << false;
+    }
+    void writes()
+    {
+        QFETCH(bool, workSucceeds);
+        const bool written = m_db->write([&](WordDatabase &db) {
+            return db.exec("insert into mot values ('un')") && db.exec("insert into mot values ('deux')")
+                   && (workSucceeds || db.exec("insert into nulle values ('trois')"));
+        });
+        QCOMPARE(written, workSucceeds);
+        // The cause of a failure is kept, not the rollback's outcome.
+        QCOMPARE(m_db->errorString().contains("nulle"), !workSucceeds);
+        QCOMPARE(wordCount(*m_db), fixtureCount + (workSucceeds ? 2 : 0));
+    }
+
+    void tableNames_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("usable");
+        QTest::newRow("plain") << "mot" << true;
+        QTest::newRow("accents and digits") << "verbes_été2" << true;
+        QTest::newRow("empty") << "" << false;
+        QTest::newRow("leading digit") << "2mots" << false;
+        QTest::newRow("blank inside") << "mes mots" << false;
+        QTest::newRow("statement") << "mot; drop table ref" << false;
+        QTest::newRow("comment") << "mot--" << false;
+        QTest::newRow("engine table") << "sqlite_master" << false;
+    }
+    void tableNames()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, usable);
+        QCOMPARE(WordDatabase::isTableName(name), usable);
     }
 
     void tableDefinitions() // in the engine's order, '*' marking its own tables
