@@ -3,7 +3,7 @@
 #include "settings/Session.h"
 #include "app/MainPF.h"
 #include "app/StartupHooks.h"
-#include "ui/UserPrompts.h"
+#include "ui/DialogPrompts.h"
 #include "core/Random.h"
 
 #include <QCoreApplication>

@@ -34,7 +34,6 @@ public:
     }
 
     bool hasCurrentRow() const { return m_current.has_value(); }
-    void forgetCurrentRow() { m_current.reset(); }
 
     // `car = "x"`, with a double quote doubled.
     static QString condition(const QString &character);

@@ -1,11 +1,28 @@
 #include "playback/SinkPcmOutput.h"
 
+#include <QLocale>
+
 #include "core/Logging.h"
 #include "audio/PcmConverter.h"
 
 #include <QAudioSink>
 
 namespace kelvora {
+
+namespace {
+int g_stallLimitMs = 4000;
+} // namespace
+
+int SinkPcmOutput::stallLimitMs()
+{
+    return g_stallLimitMs;
+}
+
+void SinkPcmOutput::setStallLimitMs(int ms)
+{
+    g_stallLimitMs = ms;
+}
+
 
 namespace {
 
@@ -224,8 +241,9 @@ void SinkPcmOutput::watch()
     if (us > m_progressUs || us >= total) {
         m_progressUs = us;
         m_sinceProgress.start();
-    } else if (m_sinceProgress.elapsed() > stallLimitMs) {
-        lose(QStringLiteral("aucun son n'est passé depuis %1 secondes").arg(stallLimitMs / 1000));
+    } else if (m_sinceProgress.elapsed() > g_stallLimitMs) {
+        lose(QStringLiteral("aucun son n'est passé depuis %1 secondes")
+                 .arg(QLocale(QLocale::French).toString(g_stallLimitMs / 1000.0, 'g', 3)));
     }
 }
 

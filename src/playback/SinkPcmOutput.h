@@ -35,8 +35,10 @@ public:
     const QAudioDevice &device() const { return m_device; }
     PcmFormat outputFormat() const { return m_format; }
 
-    // A stream that plays nothing for this long while it should is taken as lost.
-    static constexpr int stallLimitMs = 4000;
+    // A stream that plays nothing for this long while it should is taken as lost
+    // (4 s; tests shorten it).
+    static int stallLimitMs();
+    static void setStallLimitMs(int ms);
 
 private:
     void onStateChanged(QAudio::State state);

@@ -57,8 +57,7 @@ QStringList stockQueries()
     return {
         QStringLiteral("mot like '*'"),
         QStringLiteral("mot like '*û*' or mot like '*î*'"),
-        // Built from pieces: five question marks in a literal would read as a trigraph.
-        QStringLiteral("mot like '") + QString(5, u'?') + u'\'',
+        QStringLiteral("mot like '?????'"),
         QStringLiteral("mot like 'ab*'"),
         QStringLiteral("mot not like '*é*' and mot not like '*è*'and mot not like '*ê*'and "
                        "mot not like '*ç*'and mot not like '*-*'and mot not like '*ë*'and "

@@ -40,9 +40,6 @@ public:
     void setTextBackground(quint32 bgr); // "color2"
     void setTextColour(quint32 bgr);     // "color3"
 
-    quint32 frameColour() const { return m_frameColour; }
-    quint32 textBackground() const { return m_textBackground; }
-    quint32 textColour() const { return m_textColour; }
 
     // The colour dialog for each of the three choices; nothing changes when cancelled.
     void chooseFrameColour();

@@ -22,12 +22,4 @@ public:
     virtual std::optional<QColor> askColour(QWidget *parent, const QColor &initial) = 0;
 };
 
-// The real dialogs.
-class DialogPrompts : public UserPrompts {
-public:
-    void message(QWidget *parent, const QString &text) override;
-    std::optional<QString> askText(QWidget *parent, const QString &prompt) override;
-    std::optional<QColor> askColour(QWidget *parent, const QColor &initial) override;
-};
-
 } // namespace kelvora

@@ -3,6 +3,7 @@
 #include "SoundCapture.h"
 #include "WavBuilder.h"
 #include "playback/MediaDevice.h"
+#include "playback/SinkPcmOutput.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -40,20 +41,17 @@ class SoundCaptureTest : public QObject {
     Q_OBJECT
     QTemporaryDir m_dir;
     std::unique_ptr<PrivateSink> m_sink;
+    // One recorder for the whole run: parec takes about two seconds to deliver.
+    std::unique_ptr<MonitorRecorder> m_recorder;
     QAudioDevice m_output;
 
     // The tone and silence runs heard while `play` runs, without the silence around them.
     QList<Segment> record(const std::function<void()> &play)
     {
-        MonitorRecorder recorder(m_sink->name());
-        if (!recorder.start(patience)) {
-            QTest::qFail("parec delivered nothing", __FILE__, __LINE__);
-            return {};
-        }
+        const qsizetype from = m_recorder->samples().size();
         play();
-        QTest::qWait(500); // the tail still travelling to the monitor
-        recorder.stop();
-        QList<Segment> runs = segments(recorder.samples(), MonitorRecorder::rate);
+        QTest::qWait(300); // the tail still travelling to the monitor
+        QList<Segment> runs = segments(m_recorder->samples().mid(from), MonitorRecorder::rate);
         while (!runs.isEmpty() && !runs.first().tone)
             runs.removeFirst();
         while (!runs.isEmpty() && !runs.last().tone)
@@ -76,8 +74,15 @@ private slots:
         QVERIFY2(m_sink->isValid(), "the audio server refused a null sink");
         m_output = m_sink->device(patience);
         QVERIFY2(!m_output.isNull(), "Qt never listed the new null sink");
+        m_recorder = std::make_unique<MonitorRecorder>(m_sink->name());
+        QVERIFY2(m_recorder->start(patience), "parec delivered nothing");
+        SinkPcmOutput::setStallLimitMs(2500); // above the ~2 s an idle null sink stands still
     }
-    void cleanupTestCase() { m_sink.reset(); }
+    void cleanupTestCase()
+    {
+        m_recorder.reset();
+        m_sink.reset();
+    }
 
     void heard_data()
     {

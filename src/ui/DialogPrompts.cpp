@@ -1,4 +1,4 @@
-#include "ui/UserPrompts.h"
+#include "ui/DialogPrompts.h"
 
 #include <QColorDialog>
 #include <QInputDialog>
