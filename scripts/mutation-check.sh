@@ -23,7 +23,7 @@ mutants=$(cat <<'EOF'
 4 | ToneBank.cpp | if (i > n - 10) | if (i > n - 9) | the fade at the end of a tone is shorter
 5 | ToneBank.cpp | silence(sup * (plan.letterGap * 8), error) | silence(plan.letterGap * 8, error) | the extra spacing no longer stretches letter gaps
 6 | ToneBank.cpp | if (volume > 127) { | if (volume > 128) { | a volume of 128 is accepted
-7 | SoundRenderer.cpp | putLittleEndian(p + 4, dataSize + 36); | putLittleEndian(p + 4, dataSize + 44); | the RIFF size in the header is wrong
+7 | WavHeader.cpp | put32(dataBytes + 36); | put32(dataBytes + 44); | the RIFF size in the header is wrong
 8 | SoundRenderer.cpp | if (next < view.size() && view[next] != u' ') | if (next < view.size()) | a letter gap is added before a word gap
 9 | SoundRenderer.cpp | sent = request.deb + u' ' + sent + u' ' + request.fin; | sent = request.deb + u' ' + sent; | the end sign is not sent
 10 | SoundRenderer.cpp | if (r.selectionLength >= 1) | if (r.selectionLength >= 2) | a one-character selection sends the whole text

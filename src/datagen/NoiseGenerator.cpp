@@ -1,5 +1,7 @@
 #include "NoiseGenerator.h"
 
+#include "audio/WavHeader.h"
+
 #include <QDir>
 #include <QSaveFile>
 
@@ -766,32 +768,12 @@ QString qrmFileName(Kind kind)
 QByteArray wavFile(const Pcm16 &pcm)
 {
     const auto dataBytes = static_cast<quint32>(pcm.samples.size() * 2);
-    const auto rate = static_cast<quint32>(pcm.sampleRate);
-    QByteArray out;
-    out.reserve(static_cast<qsizetype>(44 + dataBytes));
-    auto put16 = [&out](quint32 v) {
-        out.append(static_cast<char>(v & 0xFFu));
-        out.append(static_cast<char>((v >> 8) & 0xFFu));
-    };
-    auto put32 = [&put16](quint32 v) {
-        put16(v & 0xFFFFu);
-        put16(v >> 16);
-    };
-    out.append("RIFF", 4);
-    put32(36 + dataBytes);
-    out.append("WAVE", 4);
-    out.append("fmt ", 4);
-    put32(16);       // fmt chunk size
-    put16(1);        // PCM
-    put16(1);        // mono
-    put32(rate);
-    put32(rate * 2); // bytes per second
-    put16(2);        // bytes per frame
-    put16(16);       // bits per sample
-    out.append("data", 4);
-    put32(dataBytes);
-    for (const int16_t s : pcm.samples)
-        put16(static_cast<quint16>(s));
+    QByteArray out = wavHeader(PcmFormat{pcm.sampleRate, 1, PcmSample::Int16}, dataBytes);
+    out.reserve(static_cast<qsizetype>(wavHeaderSize + dataBytes));
+    for (const int16_t s : pcm.samples) {
+        out.append(static_cast<char>(quint16(s) & 0xFFu));
+        out.append(static_cast<char>((quint16(s) >> 8) & 0xFFu));
+    }
     return out;
 }
 

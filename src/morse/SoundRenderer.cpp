@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 #ifdef Q_OS_UNIX
 #include <sys/uio.h>
@@ -106,12 +105,6 @@ private:
     bool m_truncated = false;
 };
 
-void putLittleEndian(char *out, quint32 value)
-{
-    for (int i = 0; i < 4; ++i)
-        out[i] = char((value >> (8 * i)) & 0xFF);
-}
-
 void writeTextCopy(const QString &path, const QString &text)
 {
     QFile::remove(path);
@@ -147,16 +140,7 @@ void writeHeader(const QString &path, RenderResult &r)
 
 QByteArray wavHeader(quint32 dataSize)
 {
-    QByteArray h(wavHeaderSize, '\0');
-    char *p = h.data();
-    std::memcpy(p, "RIFF", 4);
-    putLittleEndian(p + 4, dataSize + 36);
-    std::memcpy(p + 8, "WAVEfmt ", 8);
-    const unsigned char format[] = {16, 0, 0, 0, 1, 0, 1, 0, 64, 31, 0, 0, 64, 31, 0, 0, 1, 0, 8, 0};
-    std::memcpy(p + 16, format, sizeof format);
-    std::memcpy(p + 36, "data", 4);
-    putLittleEndian(p + 40, dataSize);
-    return h;
+    return wavHeader(PcmFormat{sampleRate, 1, PcmSample::UInt8}, dataSize);
 }
 
 RenderResult test(const RenderRequest &request, PatternLookup &lookup)

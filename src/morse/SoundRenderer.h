@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/WavHeader.h"
 #include "morse/ToneBank.h"
 
 #include <QString>
@@ -10,7 +11,6 @@ class PatternLookup;
 
 // The most data a WAV header can count: the RIFF size (data + 36) must fit 32 bits.
 inline constexpr quint64 maxWavDataBytes = 0xFFFFFFFFULL - 36;
-inline constexpr int wavHeaderSize = 44;
 
 struct RenderRequest {
     QString exerciseText;           // the exercise box as it stands
@@ -42,7 +42,7 @@ struct RenderResult {
 // cannot be written, a failed lookup) and the header always matches the file.
 RenderResult test(const RenderRequest &request, PatternLookup &lookup);
 
-// The 44-byte header for `dataSize` bytes of samples.
+// The 44-byte header of the 8-bit mono 8000 Hz sound for `dataSize` bytes of samples.
 QByteArray wavHeader(quint32 dataSize);
 
 } // namespace kelvora
