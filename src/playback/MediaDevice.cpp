@@ -23,23 +23,13 @@ constexpr int endCheckMs = 10;
 } // namespace
 
 MediaDevice::MediaDevice(QObject *parent)
-    : QObject(parent)
-    , m_clock(new ClockPcmOutput(*new SteadyPlayClock(this), this))
+    : MediaDevice(nullptr, false, parent)
 {
-    m_output = m_clock;
-    connect(&m_statusTimer, &QTimer::timeout, this, &MediaDevice::statusUpdate);
-    m_endTimer.setTimerType(Qt::PreciseTimer);
-    m_endTimer.setInterval(endCheckMs);
-    connect(&m_endTimer, &QTimer::timeout, this, &MediaDevice::checkEnd);
 }
 
 MediaDevice::MediaDevice(PlayClock &clock, QObject *parent)
-    : QObject(parent)
-    , m_silentOnly(true)
-    , m_clock(new ClockPcmOutput(clock, this))
+    : MediaDevice(&clock, true, parent)
 {
-    m_output = m_clock;
-    connect(&m_statusTimer, &QTimer::timeout, this, &MediaDevice::statusUpdate);
     // Time moves only when the clock is advanced: look for the end at once.
     connect(&clock, &PlayClock::advanced, this, [this] {
         if (m_state == State::Closed)
@@ -47,6 +37,18 @@ MediaDevice::MediaDevice(PlayClock &clock, QObject *parent)
         emit statusUpdate();
         checkEnd();
     });
+}
+
+MediaDevice::MediaDevice(PlayClock *clock, bool silentOnly, QObject *parent)
+    : QObject(parent)
+    , m_silentOnly(silentOnly)
+    , m_clock(new ClockPcmOutput(clock ? *clock : *new SteadyPlayClock(this), this))
+{
+    m_output = m_clock;
+    connect(&m_statusTimer, &QTimer::timeout, this, &MediaDevice::statusUpdate);
+    m_endTimer.setTimerType(Qt::PreciseTimer);
+    m_endTimer.setInterval(endCheckMs);
+    connect(&m_endTimer, &QTimer::timeout, this, &MediaDevice::checkEnd);
 }
 
 MediaDevice::~MediaDevice()

@@ -78,6 +78,9 @@ signals:
 private:
     enum class State { Closed, Stopped, Playing, Paused };
 
+    // `clock` null: a clock of its own that follows the real time.
+    MediaDevice(PlayClock *clock, bool silentOnly, QObject *parent);
+
     void checkEnd();
     void finish();
     void startOutput(qint64 fromMs);

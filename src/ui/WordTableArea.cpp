@@ -43,23 +43,21 @@ void WordTableArea::fillTables()
 
 void WordTableArea::restore(const QString &table)
 {
-    Session &state = m_session;
-    state.currentTable = table.isEmpty() ? QStringLiteral("mot") : table;
+    m_session.currentTable = table.isEmpty() ? QStringLiteral("mot") : table;
     {
         const QSignalBlocker blocker(m_c.tables);
         // A table that no longer exists leaves the list blank rather than naming another.
-        m_c.tables->setCurrentIndex(m_c.tables->findText(state.currentTable));
+        m_c.tables->setCurrentIndex(m_c.tables->findText(m_session.currentTable));
     }
-    openSource(state.currentTable, QStringLiteral(" order by mot"));
+    openSource(m_session.currentTable, QStringLiteral(" order by mot"));
     showCount();
-    nameTableInMenus(state.currentTable, false);
-    m_c.queryHeading->setText(QStringLiteral("Requête sur les mots de la Table ") + state.currentTable);
+    nameTableInMenus(m_session.currentTable, false);
+    m_c.queryHeading->setText(QStringLiteral("Requête sur les mots de la Table ") + m_session.currentTable);
 }
 
 void WordTableArea::select(const QString &table)
 {
-    Session &state = m_session;
-    state.currentTable = table;
+    m_session.currentTable = table;
     if (m_c.query->count() > 0) {
         m_c.query->setCurrentIndex(0);
         m_c.query->setEditText(m_c.query->itemText(0));

@@ -10,6 +10,8 @@
 #include <QFile>
 #include <QRegularExpression>
 
+#include <optional>
+
 #include <sqlite3.h>
 
 namespace kelvora {
@@ -62,11 +64,11 @@ struct WordDatabase::Private {
     QString error;
     sqlite3 *db = nullptr;
     StatementCache cache{statementCacheSize};
-    QString readableTable; // not empty: statements are guarded, and never cached
+    std::optional<QString> readableTable; // set: statements are guarded, and never cached
 
     sqlite3_stmt *guardedStatement = nullptr;
 
-    bool guarded() const { return !readableTable.isEmpty(); }
+    bool guarded() const { return readableTable.has_value(); }
 
     ~Private()
     {
@@ -259,14 +261,14 @@ QueryResult WordDatabase::query(const QString &sql, const QVariantList &values, 
 
 void WordDatabase::readOnly(const QString &table)
 {
-    d->readableTable = table.isEmpty() ? QStringLiteral("\x01") : table;
+    d->readableTable = table;
     if (d->db)
-        sqlite3_set_authorizer(d->db, readOnlyAuthorizer, &d->readableTable);
+        sqlite3_set_authorizer(d->db, readOnlyAuthorizer, &*d->readableTable);
 }
 
 void WordDatabase::readAnything()
 {
-    d->readableTable.clear();
+    d->readableTable.reset();
     if (d->db)
         sqlite3_set_authorizer(d->db, nullptr, nullptr);
 }
