@@ -34,7 +34,8 @@ MediaDevice::MediaDevice(PlayClock &clock, QObject *parent)
     connect(&clock, &PlayClock::advanced, this, [this] {
         if (m_state == State::Closed)
             return;
-        emit statusUpdate();
+        if (m_notifyMs > 0)
+            emit statusUpdate();
         checkEnd();
     });
 }

@@ -135,14 +135,19 @@ public:
     }
     ~MonitorRecorder() { stop(); }
 
-    // Starts parec and waits until samples flow.
-    bool start(int timeoutMs)
+    // Starts parec without waiting: a sink whose monitor is read keeps its clock running.
+    void begin()
     {
         m_clock.start();
         m_process.start(QStringLiteral("parec"),
                         {QStringLiteral("-d"), m_sink + QStringLiteral(".monitor"),
                          QStringLiteral("--format=u8"), QStringLiteral("--rate=8000"),
                          QStringLiteral("--channels=1"), QStringLiteral("--latency-msec=10")});
+    }
+    // Starts parec and waits until samples flow.
+    bool start(int timeoutMs)
+    {
+        begin();
         if (!m_process.waitForStarted(timeoutMs))
             return false;
         QDeadlineTimer deadline(timeoutMs);
