@@ -36,12 +36,7 @@ void SettingsStoreTest::freshStoreGivesDefaults()
     SettingsStore store(m_ini);
     QCOMPARE(store.lastUser(), QStringLiteral("défaut"));
     for (const SettingKey &key : userKeys::all)
-        QCOMPARE(store.value("défaut", key), QString::fromUtf8(key.defaultValue));
-    const SoundSettings s = SoundSettings::fromProfile(store, "défaut");
-    QCOMPARE((QStringList{s.vitesse, s.mot, s.frequence, s.volume, s.ct, s.cs, s.cl, s.cm, s.sup,
-                          s.deb, s.fin}),
-             (QStringList{"12", "PARIS", "700", "127", "3", "1", "3", "9", "1", "VVV", "+"}));
-    QVERIFY(s.debfin);
+        QCOMPARE(store.value("défaut", key), key.defaultText());
 }
 
 void SettingsStoreTest::valuesRoundTrip_data()
@@ -96,17 +91,14 @@ void SettingsStoreTest::removeAllForgetsEveryProfile()
     QCOMPARE(reopened.value("Anne", userKeys::mot), QStringLiteral("PARIS"));
 }
 
+// Each clamp once: their bounds are the table below.
 void SettingsStoreTest::profileGoesThroughPanelClamps_data()
 {
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("stored");
     QTest::addColumn<QString>("seen");
     QTest::addRow("speed below 3") << "vitesse" << "2" << "3";
-    QTest::addRow("speed not a number") << "vitesse" << "rapide" << "3";
-    QTest::addRow("speed kept") << "vitesse" << "25" << "25";
     QTest::addRow("frequency above 8000") << "frequence" << "9000" << "8000";
-    QTest::addRow("frequency below 1") << "frequence" << "0" << "1";
-    QTest::addRow("volume above 127") << "volume" << "200" << "127";
     QTest::addRow("volume below 1") << "volume" << "-5" << "1";
     QTest::addRow("start sign unchecked") << "deb" << "CQ CQ" << "CQ CQ";
 }
