@@ -74,6 +74,8 @@ void PttTest::init()
 {
     m_fixture = std::make_unique<MainWindowFixture>();
     QVERIFY(m_fixture->isValid());
+    // The port is what is tested here: the sounds keep time on the test's clock.
+    m_fixture->useSteppedClock();
 }
 
 void PttTest::cleanup()
@@ -129,7 +131,7 @@ void PttTest::keyedWhilePlaying()
     if (stopButton)
         press(m_window->findChild<QWidget *>("playerStop"));
     else
-        QTRY_VERIFY_WITH_TIMEOUT(playEnded(), patience);
+        QVERIFY(m_fixture->runUntil([this] { return playEnded(); }));
     QCOMPARE(openHandles(), 0);
 }
 
@@ -144,7 +146,7 @@ void PttTest::absentPortIsToldAndTheExercisePlays()
     QVERIFY2(message.startsWith("Impossible d'ouvrir le port COM15 (" + m_stem + "15) : "), qPrintable(message));
     QVERIFY2(message.endsWith("l'exercice est joué sans alternat."), qPrintable(message));
     QVERIFY(m_window->playback()->player()->isPlaying());
-    QTRY_VERIFY_WITH_TIMEOUT(playEnded(), patience);
+    QVERIFY(m_fixture->runUntil([this] { return playEnded(); }));
     // Typed, the number keeps to its bounds.
     typePort("99");
     QCOMPARE(m_ncom->currentText(), QStringLiteral("9"));
@@ -157,9 +159,11 @@ void PttTest::correctionKeysEachCharacter()
     QList<bool> keyed;
     connect(m_window->correction(), &CorrectionReplay::characterPlayed, this, [&] { keyed << (openHandles() == 1); });
     m_window->findChild<QAction *>("cjouer")->trigger();
-    QTRY_VERIFY_WITH_TIMEOUT(!m_window->correction()->isRunning() && !m_window->correction()->player()->isPlaying(), patience);
+    QVERIFY(m_fixture->runUntil([this] {
+        return !m_window->correction()->isRunning() && !m_window->correction()->player()->isPlaying();
+    }));
     QCOMPARE(keyed, (QList<bool>{true, true, true}));
-    QTRY_COMPARE_WITH_TIMEOUT(openHandles(), 0, patience); // lowered after the last sound
+    QVERIFY(m_fixture->runUntil([this] { return openHandles() == 0; })); // lowered after the last sound
 }
 
 QTEST_MAIN(PttTest)

@@ -34,14 +34,11 @@ private:
     std::unique_ptr<QSignalSpy> m_heard;
 };
 
-namespace {
-constexpr int patience = 20000;
-}
-
 void CorrectionReplayTest::init()
 {
     m_fixture = std::make_unique<MainWindowFixture>();
     QVERIFY(m_fixture->isValid());
+    m_fixture->useSteppedClock(); // each character's sound ends when the test says
 }
 
 void CorrectionReplayTest::cleanup()
@@ -90,7 +87,7 @@ void CorrectionReplayTest::menuPlayReplaysTheText()
     m_exo->setTextCursor(c);
 
     trigger("cjouer");
-    QTRY_VERIFY_WITH_TIMEOUT(finished(), patience);
+    QVERIFY(m_fixture->runUntil([&] { return finished(); }));
     QCOMPARE(seen, selections);
     QStringList played;
     for (const QList<QVariant> &step : std::as_const(*m_heard))
@@ -104,16 +101,16 @@ void CorrectionReplayTest::pauseResumeAndStop()
 {
     openWith("abcdef", "500");
     trigger("cjouer");
-    QTRY_COMPARE_WITH_TIMEOUT(m_heard->size(), 1, patience);
+    QVERIFY(m_fixture->runUntil([&] { return m_heard->size() == 1; }));
     QTest::keyClick(m_exo, Qt::Key_Space); // pauses, not typed
     QVERIFY(!m_window->findChild<QTimer *>("Timer5")->isActive());
     QTest::keyClick(m_exo, Qt::Key_Space); // a selection stands: resumes
     trigger("cpause");                       // pauses again
     trigger("cpause");                       // and resumes
-    QTRY_COMPARE_WITH_TIMEOUT(m_heard->size(), 3, patience);
+    QVERIFY(m_fixture->runUntil([&] { return m_heard->size() == 3; }));
     QCOMPARE(m_exo->textCursor().selectedText(), QStringLiteral("abc"));
     trigger("cstop");
-    QTRY_VERIFY_WITH_TIMEOUT(finished(), patience);
+    QVERIFY(m_fixture->runUntil([&] { return finished(); }));
     QVERIFY(!m_window->findChild<QTimer *>("Timer5")->isActive()); // the last sound's end does not restart it
     QCOMPARE(m_heard->size(), 3);
     QCOMPARE(m_exo->textCursor().position(), 0);
@@ -133,7 +130,7 @@ void CorrectionReplayTest::wordListIsReplayedOnePerLine()
     trigger("cjouer");
     QVERIFY(m_exo->isVisible());
     QCOMPARE(m_exo->toPlainText(), lines.join('\n') + '\n');
-    QTRY_VERIFY_WITH_TIMEOUT(m_heard->size() >= 1, patience);
+    QVERIFY(m_fixture->runUntil([&] { return m_heard->size() >= 1; }));
     QCOMPARE(m_heard->first().at(0).toString(), lines.first().left(1));
     trigger("cstop");
 }

@@ -8,6 +8,7 @@
 #include "words/WordDatabase.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QSettings>
 #include <QTest>
@@ -129,6 +130,19 @@ QStringList MainWindowFixture::storedSections() const
 {
     QSettings settings(m_ini, QSettings::IniFormat);
     return settings.childGroups();
+}
+
+bool MainWindowFixture::runUntil(const std::function<bool()> &done)
+{
+    QElapsedTimer waited;
+    waited.start();
+    while (!done()) {
+        if (waited.elapsed() > 20000)
+            return false;
+        clock.advance(10);
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    }
+    return true;
 }
 
 QByteArray fileBytes(const QString &path)

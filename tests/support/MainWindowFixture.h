@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -43,6 +44,9 @@ public:
     // From now on the windows' sound devices are silent and keep time on `clock`, which
     // the test advances (no waiting for a sound to end).
     void useSteppedClock() { devices = MediaDeviceFactory(clock); }
+    // Advances the stepped clock 10 ms at a time, letting events (and the window's own
+    // timers) run, until `done`; false when it has not come within 20 s of real time.
+    bool runUntil(const std::function<bool()> &done);
 
     // A window loaded on the fixture's settings; questions go to `prompts`.
     std::unique_ptr<MainPF> openWindow();
