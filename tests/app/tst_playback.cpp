@@ -107,7 +107,7 @@ void PlaybackTest::preparingPutsThePlayerInPlace()
     QVERIFY(m_exo->hasFocus());
     const qint64 ms = (QFileInfo(m_fixture->path("tmp/test.wav")).size() - 44) / 8;
     QCOMPARE(m_window->findChild<QLineEdit *>("TRB")->text(), shortTime(ms) + " - 0'00''000");
-    QVERIFY(control("playerJouer")->isEnabled());
+    QVERIFY(control("playerJouer")->isEnabled() && control("playerDebut")->isEnabled());
     QVERIFY(!control("playerStop")->isEnabled());
     QCOMPARE(m_fixture->stored("défaut", "debfin"), command == "debfin" ? "1" : "0");
     QCOMPARE(on("qrm2"), command != "EXO");
@@ -200,7 +200,8 @@ void PlaybackTest::deviceErrorsAreToldAndPlayGoesOn()
     press(control("Command1"));
     QCOMPARE(m_fixture->prompts.messages.size(), 2);
     QVERIFY2(m_fixture->prompts.messages[1].contains("test.wav"), qPrintable(m_fixture->prompts.messages[1]));
-    QVERIFY(!prepared() && !control("playerJouer")->isEnabled());
+    // No sound: nothing to play or rewind.
+    QVERIFY(!prepared() && !control("playerJouer")->isEnabled() && !control("playerDebut")->isEnabled());
 }
 
 // What reaches the audio server while "E E" plays: tone, word gap, tone.
