@@ -163,6 +163,8 @@ void CliTest::render_data()
     QTest::addRow("selection counts after the trim")
         << QStringList{"--debfin", "0", "--text", "  TE ET", "--selection", "3,2"} << QByteArray()
         << "TE ET" << "ET";
+    QTest::addRow("signs asked for") << QStringList{"--debfin", "1", "--text", "A"} << QByteArray()
+                                     << "A" << "VVV A +";
     QTest::addRow("own signs") << QStringList{"--deb", "CQ", "--fin", "K", "--text", "E"}
                                << QByteArray() << "E" << "CQ E K";
 }

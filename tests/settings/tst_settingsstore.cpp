@@ -70,6 +70,9 @@ void SettingsStoreTest::emptySectionIsRefused()
     SettingsStore store(m_ini);
     QVERIFY(store.setValue("Marc", "vitesse", "20"));
     QVERIFY(!store.setValue("", "vitesse", "99"));
+    // A separator would reach another section of the file.
+    QVERIFY(!store.setValue("a/b", "vitesse", "99"));
+    QVERIFY(!store.setValue("a\\b", "vitesse", "99"));
     QVERIFY(!store.setLastUser(""));
     store.sync();
     QCOMPARE(store.value("", userKeys::vitesse), QStringLiteral("12"));

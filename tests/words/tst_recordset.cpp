@@ -66,14 +66,15 @@ void RecordSetTest::movesStopAtBothEnds_data()
     QTest::addColumn<QString>("moves"); // F first, P previous, N next, L last, digits: moveTo
     QTest::addColumn<int>("position");
     QTest::addColumn<QString>("word");
-    QTest::addRow("starts on the first row") << "" << 0 << "avion";
-    QTest::addRow("previous at the first row stays") << "P" << 0 << "avion";
-    QTest::addRow("next twice") << "NN" << 2 << "Bateau";
-    QTest::addRow("last") << "L" << 5 << "éclair";
-    QTest::addRow("next at the last row stays") << "LN" << 5 << "éclair";
-    QTest::addRow("last then previous") << "LP" << 4 << "dune";
-    QTest::addRow("absolute position") << "3" << 3 << "chemin";
-    QTest::addRow("absolute position past the end stops on the last") << "9" << 5 << "éclair";
+    QTest::addColumn<bool>("moved"); // what the last move answered
+    QTest::addRow("starts on the first row") << "" << 0 << "avion" << true;
+    QTest::addRow("previous at the first row stays") << "P" << 0 << "avion" << false;
+    QTest::addRow("next twice") << "NN" << 2 << "Bateau" << true;
+    QTest::addRow("last") << "L" << 5 << "éclair" << true;
+    QTest::addRow("next at the last row stays") << "LN" << 5 << "éclair" << false;
+    QTest::addRow("last then previous") << "LP" << 4 << "dune" << true;
+    QTest::addRow("absolute position") << "3" << 3 << "chemin" << true;
+    QTest::addRow("absolute position past the end stops on the last") << "9" << 5 << "éclair" << false;
 }
 
 void RecordSetTest::movesStopAtBothEnds()
@@ -81,22 +82,25 @@ void RecordSetTest::movesStopAtBothEnds()
     QFETCH(QString, moves);
     QFETCH(int, position);
     QFETCH(QString, word);
+    QFETCH(bool, moved);
     RecordSet set(m_fixture.databasePath(), "select * from mot order by mot");
     QVERIFY(set.refresh());
+    bool last = true;
     for (QChar m : moves) {
         if (m == 'F')
-            set.moveFirst();
+            last = set.moveFirst();
         else if (m == 'P')
-            set.movePrevious();
+            last = set.movePrevious();
         else if (m == 'N')
-            set.moveNext();
+            last = set.moveNext();
         else if (m == 'L')
-            set.moveLast();
+            last = set.moveLast();
         else
-            set.moveTo(m.digitValue());
+            last = set.moveTo(m.digitValue());
     }
     QCOMPARE(set.position(), position);
     QCOMPARE(set.word(), word);
+    QCOMPARE(last, moved);
 }
 
 void RecordSetTest::duplicatesKeepTheirOwnRowid()

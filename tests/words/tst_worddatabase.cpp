@@ -122,6 +122,7 @@ private slots:
         QTest::newRow("left, right") << "left(mot, 2) = 'AB' or right(mot, 3) = 'ête'"
                                      << "abeille|abricot|fête|tête";
         QTest::newRow("mid") << "mid(mot, 2, 2) = 'BR' or mid(mot, 10) = 'el'" << "abricot|arc-en-ciel";
+        QTest::newRow("lcase, ucase") << "lcase(mot) = 'écran' or ucase(mot) = 'CHAT'" << "chat|Écran";
     }
     void conditions()
     {
