@@ -2,28 +2,25 @@
 
 // What several benchmarks need: the reference table of the repository and the
 // examination text they all render.
+#include "DataBuilder.h"
 #include "core/Random.h"
-#include "words/Transaction.h"
 #include "words/WordDatabase.h"
 
-#include <QFile>
 #include <QString>
+
+#include <cstdio>
+#include <memory>
 
 namespace kelvora::benchsupport {
 
-// Creates `ref` in `db` from data/ref/ref.tsv (car TAB cw TAB wav, '#' comments).
-inline void loadReferenceTable(WordDatabase &db, const QString &tsvPath)
+// A word database at `path` holding the reference table of `tsvPath` (the repository's
+// data/ref/ref.tsv), as the installation's data builder makes it.
+inline std::unique_ptr<WordDatabase> referenceDatabase(const QString &path, const QString &tsvPath)
 {
-    db.exec("CREATE TABLE ref (car TEXT, cw TEXT, wav TEXT)");
-    QFile tsv(tsvPath);
-    tsv.open(QIODevice::ReadOnly);
-    Transaction t(db);
-    for (const QString &line : QString::fromUtf8(tsv.readAll()).split('\n')) {
-        const QStringList f = line.split('\t');
-        if (f.size() == 3 && !line.startsWith('#'))
-            db.exec("INSERT INTO ref (car, cw, wav) VALUES (?, ?, ?)", {f[0], f[1], f[2]});
-    }
-    t.commit();
+    QString error;
+    if (!datagen::buildDatabase(path, tsvPath, {}, &error))
+        std::fprintf(stderr, "reference table: %s\n", qPrintable(error));
+    return std::make_unique<WordDatabase>(path);
 }
 
 // 36 five-character groups of the examination alphabet, always the same (seed 36).

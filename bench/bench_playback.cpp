@@ -40,9 +40,9 @@ struct ExamFile {
 
     ExamFile()
     {
-        WordDatabase db(dir.filePath("kvmot.sqlite"), WordDatabase::OpenMode::ReadWriteCreate);
-        benchsupport::loadReferenceTable(db, QStringLiteral(KELVORA_SOURCE_DATA "/ref/ref.tsv"));
-        PatternLookup lookup(db);
+        const auto db = benchsupport::referenceDatabase(dir.filePath("kvmot.sqlite"),
+                                                        QStringLiteral(KELVORA_SOURCE_DATA "/ref/ref.tsv"));
+        PatternLookup lookup(*db);
         SoundSettings settings = SoundSettings::defaults();
         settings.debfin = true;
         wavPath = dir.filePath("test.wav");

@@ -32,9 +32,8 @@ struct Bench {
 
     Bench()
     {
-        db = std::make_unique<WordDatabase>(dir.filePath("kvmot.sqlite"),
-                                            WordDatabase::OpenMode::ReadWriteCreate);
-        benchsupport::loadReferenceTable(*db, QStringLiteral(KELVORA_SOURCE_DATA "/ref/ref.tsv"));
+        db = benchsupport::referenceDatabase(dir.filePath("kvmot.sqlite"),
+                                             QStringLiteral(KELVORA_SOURCE_DATA "/ref/ref.tsv"));
         lookup = std::make_unique<PatternLookup>(*db);
     }
 

@@ -1,7 +1,7 @@
 #include "RefFixture.h"
 
 #include "TestPaths.h"
-#include "words/Transaction.h"
+#include "DataBuilder.h"
 #include "words/WordDatabase.h"
 
 #include <QFile>
@@ -10,20 +10,13 @@ namespace kelvora::testsupport {
 
 RefFixture::RefFixture()
 {
-    m_database = std::make_unique<WordDatabase>(databasePath(),
-                                                WordDatabase::OpenMode::ReadWriteCreate);
-    m_database->exec("CREATE TABLE ref (car TEXT, cw TEXT, wav TEXT)");
+    // The reference table as the installation's data builder makes it.
+    QString error;
+    if (!datagen::buildDatabase(databasePath(), QString::fromUtf8(testpaths::sourceDataDir) + "/ref/ref.tsv",
+                                {}, &error))
+        qWarning("reference table: %s", qPrintable(error));
+    m_database = std::make_unique<WordDatabase>(databasePath());
     m_database->exec("CREATE TABLE mot (mot TEXT )");
-    QFile tsv(QString::fromUtf8(testpaths::sourceDataDir) + "/ref/ref.tsv");
-    if (!tsv.open(QIODevice::ReadOnly))
-        return;
-    Transaction transaction(*m_database);
-    for (const QString &line : QString::fromUtf8(tsv.readAll()).split('\n')) {
-        const QStringList f = line.split('\t');
-        if (f.size() == 3 && !line.startsWith('#'))
-            m_database->exec("INSERT INTO ref (car, cw, wav) VALUES (?, ?, ?)", {f[0], f[1], f[2]});
-    }
-    transaction.commit();
 }
 
 RefFixture::~RefFixture() = default;
