@@ -1,268 +1,153 @@
-#include "MainWindowFixture.h"
-#include "app/MainPF.h"
+// The word tables in the main window: the list, the record bar, the query field.
+#include "WindowTest.h"
 
-#include <QAbstractButton>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QtTest>
 
 using namespace kelvora;
-using testsupport::MainWindowFixture;
 
-class TablesTest : public QObject {
+class TablesTest : public testsupport::WindowTest {
     Q_OBJECT
-private slots:
-    void init();
-    void cleanup();
-    void listShowsOnlyWordTables();
-    void storedTableIsShownAtStart_data();
-    void storedTableIsShownAtStart();
-    void choosingATableMakesItCurrent_data();
-    void choosingATableMakesItCurrent();
-    void arrowsMoveThroughTheTable_data();
-    void arrowsMoveThroughTheTable();
-    void storedTableThatNoLongerExistsShowsNothing();
-    void queryNarrowsTheWords_data();
-    void queryNarrowsTheWords();
-    void activationReadsTheTableAgain();
-
-private:
-    template<typename T = QWidget>
-    T *control(const char *name) { return m_window->findChild<T *>(QString::fromUtf8(name)); }
-    QString caption() { return control<QLabel>("Data1caption")->text(); }
-    QString word() { return control<QLabel>("Text14")->text(); }
-    void open();
-    void choose(const QString &table);
-    QString banner(const QString &table) const;
-    std::unique_ptr<MainWindowFixture> m_fixture;
-    std::unique_ptr<MainPF> m_window;
-};
-
-void TablesTest::init()
-{
-    m_fixture = std::make_unique<MainWindowFixture>();
-    QVERIFY(m_fixture->isValid());
-}
-
-void TablesTest::cleanup()
-{
-    m_window.reset();
-    m_fixture.reset();
-}
-
-void TablesTest::open()
-{
-    m_window = m_fixture->openWindow();
-    m_window->resize(1200, 820);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-}
-
-// Picks a table in the list with the arrow keys, as a user can.
-void TablesTest::choose(const QString &table)
-{
-    auto *tables = control<QComboBox>("TABLES");
-    const int target = tables->findText(table);
-    QVERIFY(target >= 0);
-    tables->setFocus();
-    while (tables->currentIndex() < target)
-        QTest::keyClick(tables, Qt::Key_Down);
-    while (tables->currentIndex() > target)
-        QTest::keyClick(tables, Qt::Key_Up);
-}
-
-QString TablesTest::banner(const QString &table) const
-{
-    return QStringLiteral("Kelvora Version 3.2.5, Table : %1 (%2),   Utilisateur=défaut")
-        .arg(table)
-        .arg(m_fixture->words(table).size());
-}
-
-void TablesTest::listShowsOnlyWordTables()
-{
-    open();
-    auto *tables = control<QComboBox>("TABLES");
-    QStringList listed;
-    for (int i = 0; i < tables->count(); ++i)
-        listed << tables->itemText(i);
-    // Neither the reference table nor the engine's own tables.
-    QCOMPARE(listed, MainWindowFixture::wordTables());
-    QCOMPARE(tables->toolTip(), QStringLiteral("Sélectionne une Table"));
-}
-
-void TablesTest::storedTableIsShownAtStart_data()
-{
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<QString>("table");
-    QTest::addRow("nothing stored") << "<absent>" << "mot";
-    QTest::addRow("stored empty") << "" << "mot";
-    QTest::addRow("qcode") << "qcode" << "qcode";
-    QTest::addRow("animaux") << "animaux" << "animaux";
-}
-
-void TablesTest::storedTableIsShownAtStart()
-{
-    QFETCH(QString, stored);
-    QFETCH(QString, table);
-    if (stored != "<absent>")
-        m_fixture->store("défaut", "lasttable", stored);
-    open();
-    const QStringList words = m_fixture->words(table);
-    QCOMPARE(control<QComboBox>("TABLES")->currentText(), table);
-    QCOMPARE(m_window->windowTitle(), banner(table));
-    QCOMPARE(caption(), QString::number(words.size()));
-    QCOMPARE(word(), words.front());
-    QCOMPARE(control<QLabel>("Label31")->text(), "Requête sur les mots de la Table " + table);
-    const std::pair<const char *, QString> captions[] = {
-        {"importmot1", "Importer des mots dans '" + table + "'"},
-        {"exportmot", "Exporter les mots de '" + table + "'"},
-        {"edittablcourante", "Editer '" + table + "'"},
-        {"videtable", "Vider '" + table + "'"},
-        {"supprimetable", "Supprimer '" + table + "'"},
-    };
-    for (const auto &[name, text] : captions)
-        QCOMPARE(control<QAction>(name)->text(), text);
-}
-
-void TablesTest::choosingATableMakesItCurrent_data()
-{
-    QTest::addColumn<QString>("from");
-    QTest::addColumn<QString>("to");
-    QTest::addRow("mot to qcode") << "mot" << "qcode";
-    QTest::addRow("mot to animaux") << "mot" << "animaux";
-    QTest::addRow("qcode back to mot") << "qcode" << "mot";
-}
-
-void TablesTest::choosingATableMakesItCurrent()
-{
-    QFETCH(QString, from);
-    QFETCH(QString, to);
-    m_fixture->store("défaut", "lasttable", from);
-    open();
-    auto *query = control<QComboBox>("REQ");
-    query->setCurrentIndex(3);
-    choose(to);
-
-    const QStringList words = m_fixture->words(to);
-    QCOMPARE(m_window->windowTitle(), banner(to));
-    QCOMPARE(caption(), QString::number(words.size()));
-    QCOMPARE(word(), words.front());
-    QCOMPARE(control<QLabel>("Label31")->text(), "Requête sur les mots de la Table " + to);
-    QCOMPARE(m_fixture->stored("défaut", "lasttable"), to);
-    QCOMPARE(query->currentText(), QStringLiteral("mot like '*'"));
-    const std::pair<const char *, QString> captions[] = {
-        {"importmot1", "Importer des mots dans la table '" + to + "'"},
-        {"exportmot", "Exporter les mots de la table '" + to + "'"},
-        {"edittablcourante", "Editer la table '" + to + "'"},
-        {"videtable", "Vider '" + to + "'"},
-        {"supprimetable", "Supprimer '" + to + "'"},
-    };
-    for (const auto &[name, text] : captions)
-        QCOMPARE(control<QAction>(name)->text(), text);
-}
-
-void TablesTest::arrowsMoveThroughTheTable_data()
-{
-    // The caption shows where the record set stood when it was asked to move; the word
-    // is the one it moved to. Words of mot: avion Bateau chemin dune éclair.
-    QTest::addColumn<QString>("arrows"); // F first, P previous, N next, L last
-    QTest::addColumn<QString>("shownCaption");
-    QTest::addColumn<int>("wordIndex");
-    QTest::addRow("next") << "N" << "0" << 1;
-    QTest::addRow("next twice") << "NN" << "1" << 2;
-    QTest::addRow("last") << "L" << "0" << 4;
-    QTest::addRow("last then previous") << "LP" << "4" << 3;
-    QTest::addRow("next at the end stays") << "LN" << "4" << 4;
-    QTest::addRow("previous at the start stays") << "P" << "0" << 0;
-    QTest::addRow("back to the first") << "NNF" << "2" << 0;
-}
-
-void TablesTest::arrowsMoveThroughTheTable()
-{
-    QFETCH(QString, arrows);
-    QFETCH(QString, shownCaption);
-    QFETCH(int, wordIndex);
-    open();
-    choose("qcode");
-    choose("mot");
-    QCOMPARE(caption(), QStringLiteral("5"));
-    for (QChar arrow : arrows) {
-        const char *name = arrow == 'F'   ? "Data1premier"
-                           : arrow == 'P' ? "Data1precedent"
-                           : arrow == 'N' ? "Data1suivant"
-                                          : "Data1dernier";
-        QTest::mouseClick(control<QAbstractButton>(name), Qt::LeftButton);
+    QString caption() const { return w<QLabel>("Data1caption")->text(); }
+    QString word() const { return w<QLabel>("Text14")->text(); }
+    void chooseTable(const QString &table) { choose("TABLES", w<QComboBox>("TABLES")->findText(table)); }
+    // The banner, the record bar, the query's label and the table menu all name `table`.
+    void checkShown(const QString &table, bool chosen)
+    {
+        const QStringList words = fx->words(table);
+        QCOMPARE(valueOf("TABLES"), table);
+        QCOMPARE(win->windowTitle(), QStringLiteral("Kelvora Version 3.2.5, Table : %1 (%2),   Utilisateur=défaut").arg(table).arg(words.size()));
+        QCOMPARE(caption(), QString::number(words.size()));
+        QCOMPARE(word(), words.front());
+        QCOMPARE(w<QLabel>("Label31")->text(), "Requête sur les mots de la Table " + table);
+        // A chosen table is named "la table" in three entries; at start it is not.
+        const QString la = chosen ? "la table " : "";
+        const std::pair<const char *, QString> captions[] = {
+            {"importmot1", "Importer des mots dans " + la + "'" + table + "'"}, {"exportmot", "Exporter les mots de " + la + "'" + table + "'"},
+            {"edittablcourante", "Editer " + la + "'" + table + "'"}, {"videtable", "Vider '" + table + "'"}, {"supprimetable", "Supprimer '" + table + "'"}};
+        for (const auto &[name, text] : captions)
+            QCOMPARE(w<QAction>(name)->text(), text);
     }
-    QCOMPARE(caption(), shownCaption);
-    QCOMPARE(word(), m_fixture->words("mot").at(wordIndex));
-}
 
-void TablesTest::storedTableThatNoLongerExistsShowsNothing()
-{
-    m_fixture->store("défaut", "lasttable", "disparue");
-    open();
-    QCOMPARE(control<QComboBox>("TABLES")->currentText(), QString());
-    QCOMPARE(caption(), QStringLiteral("0"));
-    QCOMPARE(word(), QString());
-    QCOMPARE(m_window->windowTitle(),
-             QStringLiteral("Kelvora Version 3.2.5, Table : disparue (0),   Utilisateur=défaut"));
-    QTest::mouseClick(control<QAbstractButton>("Data1suivant"), Qt::LeftButton);
-    QCOMPARE(caption(), QStringLiteral("0"));
-    QCOMPARE(word(), QString());
-    // Nothing repairs the setting until another table is chosen.
-    QCOMPARE(m_fixture->stored("défaut", "lasttable"), QStringLiteral("disparue"));
-    choose("qcode");
-    QCOMPARE(m_fixture->stored("défaut", "lasttable"), QStringLiteral("qcode"));
-    QCOMPARE(word(), QStringLiteral("QRM"));
-}
+private slots:
+    void tableShown_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("chosen"); // then picked in the list, if any
+        QTest::addRow("nothing stored") << "<absent>" << "";
+        QTest::addRow("stored empty") << "" << "";
+        QTest::addRow("qcode") << "qcode" << "";
+        QTest::addRow("animaux") << "animaux" << "";
+        QTest::addRow("mot to qcode") << "mot" << "qcode";
+        QTest::addRow("mot to animaux") << "mot" << "animaux";
+        QTest::addRow("qcode back to mot") << "qcode" << "mot";
+    }
+    void tableShown()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QString, chosen);
+        if (stored != "<absent>")
+            fx->store("défaut", "lasttable", stored);
+        open();
+        QCOMPARE(w("TABLES")->toolTip(), QStringLiteral("Sélectionne une Table"));
+        if (chosen.isEmpty())
+            return checkShown(stored.isEmpty() || stored == "<absent>" ? "mot" : stored, false);
+        w<QComboBox>("REQ")->setCurrentIndex(3);
+        chooseTable(chosen);
+        checkShown(chosen, true);
+        QCOMPARE(fx->stored("défaut", "lasttable"), chosen);
+        QCOMPARE(valueOf("REQ"), QStringLiteral("mot like '*'"));
+    }
 
-void TablesTest::queryNarrowsTheWords_data()
-{
-    QTest::addColumn<QString>("condition");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QString>("first");
-    QTest::addRow("starting with a or b") << "mot like '[ab]*'" << 2 << "avion";
-    QTest::addRow("five letters") << "mot like '?" "?" "?" "?" "?'" << 1 << "avion";
-    QTest::addRow("six letters, accents and case ignored") << "mot like '?" "?" "?" "?" "?" "?'" << 3 << "Bateau";
-    QTest::addRow("empty means every word") << "" << 5 << "avion";
-    QTest::addRow("refused by the engine") << "mot lik 'a'" << 0 << "";
-}
+    void arrowsMoveThroughTheTable_data()
+    {
+        // The caption shows where the record set stood when asked to move; the word is
+        // the one it moved to. Words of mot: avion Bateau chemin dune éclair.
+        QTest::addColumn<QString>("arrows"); // F first, P previous, N next, L last
+        QTest::addColumn<QString>("shownCaption");
+        QTest::addColumn<int>("wordIndex");
+        QTest::addRow("next") << "N" << "0" << 1;
+        QTest::addRow("next twice") << "NN" << "1" << 2;
+        QTest::addRow("last then previous") << "LP" << "4" << 3;
+        QTest::addRow("next at the end stays") << "LN" << "4" << 4;
+        QTest::addRow("previous at the start stays") << "P" << "0" << 0;
+        QTest::addRow("back to the first") << "NNF" << "2" << 0;
+    }
+    void arrowsMoveThroughTheTable()
+    {
+        QFETCH(QString, arrows);
+        QFETCH(QString, shownCaption);
+        QFETCH(int, wordIndex);
+        open();
+        chooseTable("qcode");
+        chooseTable("mot");
+        for (QChar arrow : arrows)
+            QTest::mouseClick(w(arrow == 'F' ? "Data1premier" : arrow == 'P' ? "Data1precedent" : arrow == 'N' ? "Data1suivant" : "Data1dernier"),
+                              Qt::LeftButton);
+        QCOMPARE(caption(), shownCaption);
+        QCOMPARE(word(), fx->words("mot").at(wordIndex));
+    }
 
-void TablesTest::queryNarrowsTheWords()
-{
-    QFETCH(QString, condition);
-    QFETCH(int, count);
-    QFETCH(QString, first);
-    open();
-    QLineEdit *query = control<QComboBox>("REQ")->lineEdit();
-    query->setFocus();
-    query->selectAll();
-    QTest::keyClick(query, Qt::Key_Delete);
-    QTest::keyClicks(query, condition);
-    QTest::keyClick(query, Qt::Key_Return);
-    QCOMPARE(caption(), QString::number(count));
-    QCOMPARE(word(), first);
-    QVERIFY(m_window->windowTitle().contains(QStringLiteral("Table : mot (%1)").arg(count)));
-    if (condition.isEmpty())
-        QCOMPARE(query->text(), QStringLiteral("mot like '*'"));
-    QVERIFY(m_fixture->prompts.messages.isEmpty());
-}
+    void storedTableThatNoLongerExistsShowsNothing()
+    {
+        open({{"lasttable", "disparue"}});
+        QCOMPARE(valueOf("TABLES"), QString());
+        QCOMPARE(win->windowTitle(), QStringLiteral("Kelvora Version 3.2.5, Table : disparue (0),   Utilisateur=défaut"));
+        QTest::mouseClick(w("Data1suivant"), Qt::LeftButton);
+        QVERIFY(caption() == "0" && word().isEmpty());
+        // Nothing repairs the setting until another table is chosen.
+        QCOMPARE(fx->stored("défaut", "lasttable"), QStringLiteral("disparue"));
+        chooseTable("qcode");
+        QCOMPARE(fx->stored("défaut", "lasttable"), QStringLiteral("qcode"));
+        QCOMPARE(word(), QStringLiteral("QRM"));
+    }
 
-void TablesTest::activationReadsTheTableAgain()
-{
-    open();
-    QCOMPARE(word(), QStringLiteral("avion"));
-    QVERIFY(m_fixture->addWord("mot", "abeille"));
-    QCOMPARE(word(), QStringLiteral("avion"));
-    QWidget other;
-    other.show();
-    other.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&other));
-    m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    QCOMPARE(word(), QStringLiteral("abeille"));
-}
+    void queryNarrowsTheWords_data()
+    {
+        QTest::addColumn<QString>("condition");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QString>("first");
+        QTest::addRow("starting with a or b") << "mot like '[ab]*'" << 2 << "avion";
+        QTest::addRow("six letters, accents and case ignored") << "mot like '?" "?" "?" "?" "?" "?'" << 3 << "Bateau";
+        QTest::addRow("empty means every word") << "" << 5 << "avion";
+        QTest::addRow("refused by the engine") << "mot lik 'a'" << 0 << "";
+    }
+    void queryNarrowsTheWords()
+    {
+        QFETCH(QString, condition);
+        QFETCH(int, count);
+        QFETCH(QString, first);
+        open();
+        QLineEdit *query = w<QComboBox>("REQ")->lineEdit();
+        query->setFocus();
+        query->selectAll();
+        QTest::keyClick(query, Qt::Key_Delete);
+        QTest::keyClicks(query, condition);
+        QTest::keyClick(query, Qt::Key_Return);
+        QCOMPARE(caption(), QString::number(count));
+        QCOMPARE(word(), first);
+        QVERIFY(win->windowTitle().contains(QStringLiteral("Table : mot (%1)").arg(count)));
+        if (condition.isEmpty())
+            QCOMPARE(query->text(), QStringLiteral("mot like '*'"));
+        QVERIFY(fx->prompts.messages.isEmpty());
+    }
+
+    void activationReadsTheTableAgain()
+    {
+        open();
+        QVERIFY(fx->addWord("mot", "abeille"));
+        QCOMPARE(word(), QStringLiteral("avion"));
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        win->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(win.get()));
+        QCOMPARE(word(), QStringLiteral("abeille"));
+    }
+};
 
 QTEST_MAIN(TablesTest)
 #include "tst_tables.moc"

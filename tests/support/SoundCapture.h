@@ -1,14 +1,12 @@
 #pragma once
 
 #include <QAudioDevice>
-#include <QByteArray>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
-#include <QList>
 #include <QMediaDevices>
 #include <QProcess>
-#include <QString>
+#include <QStringList>
 #include <QThread>
 
 #include <algorithm>
@@ -18,13 +16,15 @@
 // no other program's sound mixes in) recorded through its monitor with parec.
 namespace kelvora::soundcapture {
 
-inline QString runTool(const QString &program, const QStringList &args, bool *ok)
+inline QString runTool(const QString &program, const QStringList &args, bool *ok = nullptr)
 {
     QProcess p;
     p.start(program, args);
-    *ok = p.waitForFinished(10000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
-    if (!*ok)
+    const bool done = p.waitForFinished(10000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
+    if (!done)
         qInfo("%s %s: %s", qPrintable(program), qPrintable(args.join(' ')), p.readAllStandardError().constData());
+    if (ok)
+        *ok = done;
     return QString::fromUtf8(p.readAllStandardOutput()).trimmed();
 }
 
@@ -32,72 +32,52 @@ inline QString runTool(const QString &program, const QStringList &args, bool *ok
 inline QString serverProblem()
 {
     bool ok = false;
-    runTool(QStringLiteral("pactl"), {QStringLiteral("info")}, &ok);
+    runTool("pactl", {"info"}, &ok);
     if (!ok)
         return QStringLiteral("no audio server answers pactl: run the tests with scripts/run-tests.sh");
-    runTool(QStringLiteral("parec"), {QStringLiteral("--version")}, &ok);
-    if (!ok)
-        return QStringLiteral("parec is not installed (pulseaudio-utils)");
-    return {};
+    runTool("parec", {"--version"}, &ok);
+    return ok ? QString() : QStringLiteral("parec is not installed (pulseaudio-utils)");
 }
 
 class PrivateSink {
 public:
-    explicit PrivateSink(const QString &tag)
-        : m_name(QStringLiteral("kelvora_%1_%2").arg(tag).arg(QCoreApplication::applicationPid()))
+    explicit PrivateSink(const QString &tag) : m_name(QStringLiteral("kelvora_%1_%2").arg(tag).arg(QCoreApplication::applicationPid()))
     {
         bool ok = false;
-        m_module = runTool(QStringLiteral("pactl"),
-                           {QStringLiteral("load-module"), QStringLiteral("module-null-sink"),
-                            QStringLiteral("sink_name=") + m_name},
-                           &ok);
+        m_module = runTool("pactl", {"load-module", "module-null-sink", "sink_name=" + m_name}, &ok);
         if (!ok)
             m_module.clear();
     }
-    ~PrivateSink() { unload(); }
+    ~PrivateSink()
+    {
+        if (!m_module.isEmpty())
+            runTool("pactl", {"unload-module", m_module});
+    }
     PrivateSink(const PrivateSink &) = delete;
     PrivateSink &operator=(const PrivateSink &) = delete;
 
     bool isValid() const { return !m_module.isEmpty(); }
     QString name() const { return m_name; }
-    void unload()
-    {
-        if (m_module.isEmpty())
-            return;
-        bool ok = false;
-        runTool(QStringLiteral("pactl"), {QStringLiteral("unload-module"), m_module}, &ok);
-        m_module.clear();
-    }
     // Stops consuming sound, as a device that hangs.
     bool suspend(bool on) const
     {
         bool ok = false;
-        runTool(QStringLiteral("pactl"),
-                {QStringLiteral("suspend-sink"), m_name, on ? QStringLiteral("1") : QStringLiteral("0")}, &ok);
+        runTool("pactl", {"suspend-sink", m_name, on ? "1" : "0"}, &ok);
         return ok;
     }
     // Ends every stream playing on this sink, as when its device goes away under them.
     int killStreams() const
     {
-        bool ok = false;
-        const QString sinks = runTool(QStringLiteral("pactl"),
-                                      {QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("sinks")}, &ok);
         QString index;
-        for (const QString &line : sinks.split(u'\n')) {
-            const QStringList f = line.split(u'\t');
-            if (f.size() > 1 && f[1] == m_name)
-                index = f[0];
-        }
-        const QString inputs = runTool(QStringLiteral("pactl"),
-                                       {QStringLiteral("list"), QStringLiteral("short"),
-                                        QStringLiteral("sink-inputs")}, &ok);
+        for (const QString &line : runTool("pactl", {"list", "short", "sinks"}).split(u'\n'))
+            if (line.section(u'\t', 1, 1) == m_name)
+                index = line.section(u'\t', 0, 0);
         int killed = 0;
-        for (const QString &line : inputs.split(u'\n')) {
-            const QStringList f = line.split(u'\t');
-            if (!index.isEmpty() && f.size() > 1 && f[1] == index) {
-                runTool(QStringLiteral("pacmd"), {QStringLiteral("kill-sink-input"), f[0]}, &ok);
-                killed += ok;
-            }
+        for (const QString &line : runTool("pactl", {"list", "short", "sink-inputs"}).split(u'\n')) {
+            bool ok = false;
+            if (!index.isEmpty() && line.section(u'\t', 1, 1) == index)
+                runTool("pacmd", {"kill-sink-input", line.section(u'\t', 0, 0)}, &ok);
+            killed += ok;
         }
         return killed;
     }
@@ -106,10 +86,9 @@ public:
     {
         QDeadlineTimer deadline(timeoutMs);
         do {
-            for (const QAudioDevice &d : QMediaDevices::audioOutputs()) {
+            for (const QAudioDevice &d : QMediaDevices::audioOutputs())
                 if (d.id() == m_name.toUtf8())
                     return d;
-            }
             QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
             QThread::msleep(20);
         } while (!deadline.hasExpired());
@@ -139,28 +118,27 @@ public:
     void begin()
     {
         m_clock.start();
-        m_process.start(QStringLiteral("parec"),
-                        {QStringLiteral("-d"), m_sink + QStringLiteral(".monitor"),
-                         QStringLiteral("--format=u8"), QStringLiteral("--rate=8000"),
-                         QStringLiteral("--channels=1"), QStringLiteral("--latency-msec=10")});
+        m_process.start("parec", {"-d", m_sink + ".monitor", "--format=u8", "--rate=8000", "--channels=1", "--latency-msec=10"});
     }
     // Starts parec and waits until samples flow.
     bool start(int timeoutMs)
     {
         begin();
-        if (!m_process.waitForStarted(timeoutMs))
-            return false;
+        return waitForSamples(timeoutMs);
+    }
+    bool waitForSamples(int timeoutMs)
+    {
         QDeadlineTimer deadline(timeoutMs);
-        while (m_samples.isEmpty() && !deadline.hasExpired())
+        while (m_process.waitForStarted(timeoutMs) && m_samples.isEmpty() && !deadline.hasExpired())
             QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
         return !m_samples.isEmpty();
     }
     void stop()
     {
-        if (m_process.state() == QProcess::NotRunning)
-            return;
-        m_process.kill();
-        m_process.waitForFinished(5000);
+        if (m_process.state() != QProcess::NotRunning) {
+            m_process.kill();
+            m_process.waitForFinished(5000);
+        }
     }
 
     const QByteArray &samples() const { return m_samples; }
@@ -169,10 +147,9 @@ public:
     // arrival of the read that brought it, so parec's own delivery time is included.
     qint64 arrivalNs(qsizetype index) const
     {
-        for (const auto &a : m_arrivals) {
+        for (const auto &a : m_arrivals)
             if (a.second > index)
                 return a.first;
-        }
         return -1;
     }
 
@@ -192,8 +169,7 @@ struct Segment {
 
 // Tone and silence runs of 8-bit unsigned samples, in windows of `windowMs`; silences
 // shorter than `bridgeMs` inside a tone are taken as part of it.
-inline QList<Segment> segments(const QByteArray &u8, int rate, int windowMs = 5, int threshold = 12,
-                               int bridgeMs = 30)
+inline QList<Segment> segments(const QByteArray &u8, int rate, int windowMs = 5, int threshold = 12, int bridgeMs = 30)
 {
     const int window = rate * windowMs / 1000;
     QList<Segment> runs;
@@ -202,11 +178,10 @@ inline QList<Segment> segments(const QByteArray &u8, int rate, int windowMs = 5,
         for (qsizetype i = start; i < start + window; ++i)
             level = std::max(level, std::abs(int(uchar(u8[i])) - 128));
         const bool tone = level > threshold;
-        const int at = int(start * 1000 / rate);
         if (!runs.isEmpty() && runs.last().tone == tone)
             runs.last().lengthMs += windowMs;
         else
-            runs.append({tone, at, windowMs});
+            runs.append({tone, int(start * 1000 / rate), windowMs});
     }
     for (qsizetype i = 1; i + 1 < runs.size();) {
         if (!runs[i].tone && runs[i].lengthMs < bridgeMs && runs[i - 1].tone && runs[i + 1].tone) {
@@ -219,13 +194,31 @@ inline QList<Segment> segments(const QByteArray &u8, int rate, int windowMs = 5,
     return runs;
 }
 
+// The runs of a recording at MonitorRecorder::rate, without the silence around them.
+inline QList<Segment> toneRuns(const QByteArray &u8)
+{
+    QList<Segment> runs = segments(u8, MonitorRecorder::rate);
+    while (!runs.isEmpty() && !runs.first().tone)
+        runs.removeFirst();
+    while (!runs.isEmpty() && !runs.last().tone)
+        runs.removeLast();
+    return runs;
+}
+
+inline QString describe(const QList<Segment> &runs)
+{
+    QStringList parts;
+    for (const Segment &s : runs)
+        parts << QStringLiteral("%1 %2 ms").arg(s.tone ? "son" : "silence").arg(s.lengthMs);
+    return parts.join(QStringLiteral(", "));
+}
+
 // Index of the first sample of `u8` from `from` on that is clearly not silence, or -1.
 inline qsizetype firstSound(const QByteArray &u8, qsizetype from, int threshold = 12)
 {
-    for (qsizetype i = from; i < u8.size(); ++i) {
+    for (qsizetype i = from; i < u8.size(); ++i)
         if (std::abs(int(uchar(u8[i])) - 128) > threshold)
             return i;
-    }
     return -1;
 }
 

@@ -1,0 +1,373 @@
+// The main window as it opens, its menus and views, and the settings panel in its place.
+#include "WindowTest.h"
+#include "core/Random.h"
+#include "panels/SoundSettingsPanel.h"
+#include "playback/ExercisePlayback.h"
+#include "playback/MediaDevice.h"
+#include "settings/UserProfile.h"
+#include "ui/WindowTimers.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTextBrowser>
+#include <QtEndian>
+#include <QtTest>
+
+using namespace kelvora;
+
+namespace {
+const QString later = QStringLiteral("Disponible dans une prochaine version");
+const QString examination = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.,?/+'<*");
+
+// A file the window wrote: a WAV header that counts its samples.
+bool wholeWav(const QByteArray &wav)
+{
+    return wav.size() > 44 && wav.left(4) == "RIFF" && qFromLittleEndian<quint32>(wav.constData() + 40) == quint32(wav.size() - 44);
+}
+} // namespace
+
+// Stands in for the system browser.
+class UrlCatcher : public QObject {
+    Q_OBJECT
+public:
+    QList<QUrl> urls;
+public slots:
+    void open(const QUrl &url) { urls << url; }
+};
+
+class MainWindowTest : public testsupport::WindowTest {
+    Q_OBJECT
+    QString shownViews() const
+    {
+        QStringList shown;
+        for (const char *name : {"EXO", "Text1", "List1", "File1", "Web"})
+            if (w(name)->isVisible())
+                shown << name;
+        return shown.join(' ');
+    }
+
+private slots:
+    void opensOnTheGreetingWithTheDefaults()
+    {
+        open();
+        const UserProfile defaults = UserProfile::defaults();
+        for (const SettingKey &key : userKeys::all)
+            if (key.control)
+                QCOMPARE(valueOf(key.control), defaults.text(key));
+        const QString banner = QStringLiteral("Kelvora Version 3.2.5, Table : mot (%1),   Utilisateur=défaut").arg(fx->words("mot").size());
+        QCOMPARE(win->windowTitle(), banner);
+        QCOMPARE(w<QLabel>("bandeau")->text(), banner);
+        QCOMPARE(w<QMenu>("Putilisateur")->title(), QStringLiteral("Utilisateurs (défaut)"));
+        QCOMPARE(w<QLabel>("Label31")->text(), QStringLiteral("Requête sur les mots de la Table mot"));
+
+        const QString text = w<QPlainTextEdit>("EXO")->toPlainText();
+        QVERIFY2(text.startsWith("73 défaut de F4KLV. ") && text.count('\n') == 3, qPrintable(text));
+        for (const char *part : {"si vous n'etes pas défaut", "identifiez vous en utilisant le menu Parametre,Utilisateur,Changer "})
+            QVERIFY(text.contains(QString::fromUtf8(part)));
+        QVERIFY(text.endsWith("ce-ci à fin d'utiliser vos propres paramètres. et de ne pas modifier les paramètres de défaut Merci."));
+        QVERIFY(wholeWav(testsupport::fileBytes(fx->path("tmp/test.wav"))));
+        QVERIFY(testsupport::fileBytes(fx->path("tmp/test.txt")).startsWith("73 d\xe9" "faut de F4KLV."));
+
+        // The greeting is prepared: the player stands in the place of "Préparer la musique".
+        for (const char *shown : {"Frame2", "EXO", "Text1", "Text14", "PLAYER"})
+            QVERIFY2(w(shown)->isVisible(), shown);
+        for (const char *hidden : {"Frame1", "List1", "File1", "Web", "Command1"})
+            QVERIFY2(!w(hidden)->isVisible(), hidden);
+        QCOMPARE(w<QListWidget>("List1")->item(0)->text(), QStringLiteral("Cliquez sur le boutton 'T'"));
+        QCOMPARE(w<QTextBrowser>("Web")->source(), QUrl::fromLocalFile(fx->path("doc/kvmenu.htm")));
+        QCOMPARE(w<QTextBrowser>("Web")->documentTitle(), QStringLiteral("Kelvora - aide"));
+        for (const char *button : {"Command17", "Command18", "Command13"})
+            QVERIFY(!w(button)->isEnabled() && w(button)->toolTip() == later);
+        const std::tuple<const char *, int, bool> timers[] = {{"Timer1", 500, true}, {"Timer2", 100, true}, {"Timer6", 60000, false}};
+        for (const auto &[name, interval, active] : timers)
+            QVERIFY(w<QTimer>(name)->interval() == interval && w<QTimer>(name)->isActive() == active);
+        QVERIFY(fx->prompts.questions.isEmpty() && fx->prompts.messages.isEmpty());
+    }
+
+    void choiceLists_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("entries");
+        QTest::addRow("nbgroup") << "nbgroup" << QStringList{"6", "12", "18", "24", "30", "36", "42", "48", "54", "60", "66", "72", "78", "84", "90", "96", "102"};
+        QTest::addRow("delaimot") << "delaimot" << QStringList{"50", "100", "500", "1000", "2000", "3000", "4000", "5000", "6000", "7000", "8000", "9000", "10000"};
+        QTest::addRow("cdelai") << "cdelai" << QStringList{"1", "10", "100", "500", "1000", "2000", "3000", "4000", "5000", "10000"};
+        QTest::addRow("PROGRESS") << "PROGRESS"
+            << QStringList{examination, "egmz0", "egmz0ahtr1", "egmz0ahtr1nujf2", "egmz0ahtr1nujf2idpc3", "egmz0ahtr1nujf2idpc3wbyq4",
+                           "egmz0ahtr1nujf2idpc3wbyq4xovl5", "egmz0ahtr1nujf2idpc3wbyq4xovl5sk786", "egmz0ahtr1nujf2idpc3wbyq4xovl5sk786.+?/9",
+                           "egmz0ahtr1nujf2idpc3wbyq4xovl5sk786.+?/9,'<*", "eish5'", "eish5'ptmo08/", "eish5'ptmo08/awjqn1+", "eish5'ptmo08/awjqn1+dbkx6.",
+                           "eish5'ptmo08/awjqn1+dbkx6.9,gz7?c", "eish5'ptmo08/awjqn1+dbkx6.9,gz7?cy4lrf2", "eish5'ptmo08/awjqn1+dbkx6.9,gz7?cy4lrf2v3?<*"};
+        QTest::addRow("REQ") << "REQ"
+            << QStringList{"mot like '*'", "mot like '*û*' or mot like '*î*'", "mot like '?" "?" "?" "?" "?'", "mot like 'ab*'",
+                           "mot not like '*é*' and mot not like '*è*'and mot not like '*ê*'and mot not like '*ç*'and mot not like '*-*'and mot not "
+                           "like '*ë*'and mot not like '*ï*'and mot not like '*ô*'and mot not like '*â*'and mot not like '*î*'and mot not like "
+                           "'*û*'and mot not like '*à*' "};
+        // Neither the reference table nor the engine's own tables.
+        QTest::addRow("TABLES") << "TABLES" << testsupport::MainWindowFixture::wordTables();
+    }
+    void choiceLists()
+    {
+        QFETCH(QString, name);
+        QFETCH(QStringList, entries);
+        win = fx->openWindow();
+        auto *box = w<QComboBox>(name);
+        QStringList listed;
+        for (int i = 0; i < box->count(); ++i)
+            listed << box->itemText(i);
+        QCOMPARE(listed, entries);
+    }
+
+    void menus()
+    {
+        win = fx->openWindow();
+        const QStringList menuCaptions = {"menuFichier=&Fichier", "menuAffichage=&Affichage", "menuExercices=&Exercices", "menuMusique=&Musique",
+                                          "menuOutils=&Outils", "menuCorrections=C&orrections", "menuParametres=&Paramètres", "menuAide=&?",
+                                          "menutable=Table", "groupes=Groupes", "Mots=Mots"};
+        for (const QString &entry : menuCaptions)
+            QVERIFY(w<QMenu>(entry.section('=', 0, 0))->title() == entry.section('=', 1) && w<QMenu>(entry.section('=', 0, 0))->toolTipsVisible());
+        // Entries that work now; the others are shown, disabled, with a hint.
+        const QStringList working = {"quitter=Quitter", "raz=Quitter +  R.A.Z Paramètres", "AfExercices=Exercices", "aflistmot=Liste des mots en boucle",
+                                     "afcache=Cache", "affichiers=Fichiers", "Pr_parer=Préparer", "jouer=Jouer", "pstop=Stop", "pause=Pause",
+                                     "cjouer=Jouer", "cpause=Pause", "cstop=Stopper", "reglager=Réglages", "utilchanger=Changer", "apropos=À propos", "Aide=Aide"};
+        const QStringList coming = {"ouvrir=Ouvrir un fichier texte", "createtable=Nouvelle", "importmot1=Importer des mots dans 'mot'",
+                                    "exportmot=Exporter les mots de 'mot'", "edittablcourante=Editer 'mot'", "videtable=Vider 'mot'",
+                                    "supprimetable=Supprimer 'mot'", "fenreq=Requêtte", "fencla=Clavier", "fentable=Table", "EXAMENCOMPLET=Examen Blanc",
+                                    "G36EXAMEN=Examen (30+6)", "G36lettres=Lettres", "G36chiffres=Chiffres", "G12ponctuations=Ponctuations",
+                                    "G36Mélangés=Mélangés", "motprogression=Avec caractères de la progression", "Maleatoires=Sans accents",
+                                    "MaleatoiresAcc=Tous", "indicatifs=Indicatifs", "ajout=Ajoute / n'ajoute pas au texte présent",
+                                    "motenboucle=Mot diffusé en boucle", "motclavier=Mots au clavier", "textengroupe=Transforme texte en groupes",
+                                    "racc=Retirer les accents du texte", "inversion=Inverser le texte", "doubleespace=Doubler les espaces"};
+        for (const QStringList *list : {&working, &coming})
+            for (const QString &entry : *list) {
+                const QAction *a = w<QAction>(entry.section('=', 0, 0));
+                QCOMPARE(a->text(), entry.section('=', 1));
+                QVERIFY2(!a->associatedObjects().isEmpty(), qPrintable(entry)); // reachable from the menu bar
+                QCOMPARE(a->isEnabled(), list == &working);
+                if (list == &coming)
+                    QCOMPARE(a->toolTip(), later);
+            }
+    }
+
+    // Named for screen readers, explained, and laid out without overlaps at two sizes.
+    void controlsAreNamedAndFit()
+    {
+        open();
+        int named = 0;
+        for (QWidget *c : win->findChildren<QWidget *>()) {
+            const bool isControl = qobject_cast<QAbstractButton *>(c) || qobject_cast<QComboBox *>(c) || qobject_cast<QPlainTextEdit *>(c)
+                                   || qobject_cast<QAbstractItemView *>(c) || (qobject_cast<QLineEdit *>(c) && !qobject_cast<QComboBox *>(c->parent()));
+            if (!isControl || c->objectName().isEmpty() || c->objectName().startsWith("qt_") || win->soundPanel()->isAncestorOf(c))
+                continue;
+            QVERIFY2(!c->accessibleName().isEmpty() && !c->toolTip().isEmpty(), qPrintable(c->objectName()));
+            ++named;
+        }
+        QVERIFY2(named >= 35, qPrintable(QString::number(named)));
+        const auto counts = [](const QWidget *c) { return c->isVisible() && !c->objectName().isEmpty() && !c->objectName().startsWith("qt_") && !c->isWindow(); };
+        for (const QSize size : {QSize(1180, 800), QSize(900, 640)}) {
+            win->resize(size);
+            QCoreApplication::processEvents();
+            QVERIFY(win->width() >= win->minimumSizeHint().width());
+            for (QWidget *c : win->findChildren<QWidget *>()) {
+                if (!counts(c) || !c->parentWidget())
+                    continue;
+                // A scroll area's content may be larger than its viewport: it scrolls.
+                const bool scrolled = qobject_cast<QAbstractScrollArea *>(c->parentWidget()->parentWidget());
+                QVERIFY2(scrolled || c->parentWidget()->rect().contains(c->geometry()), qPrintable(c->objectName() + " leaves its parent"));
+                for (QWidget *other : c->parentWidget()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+                    QVERIFY2(other == c || !counts(other) || !c->geometry().intersects(other->geometry()),
+                             qPrintable(c->objectName() + " overlaps " + other->objectName()));
+            }
+        }
+    }
+
+    void prepare_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QPoint>("selection"); // UTF-16 positions, as the box counts them
+        QTest::addColumn<QString>("boxAfter");
+        QTest::addColumn<QString>("selectedAfter");
+        // Pattern positions sent: VVV 12, the text, + 5.
+        QTest::addRow("whole text is trimmed") << "  E E  " << QPoint(0, 0) << "E E" << "";
+        QTest::addRow("selection survives the trim") << "  ET TE" << QPoint(5, 7) << "ET TE" << "TE";
+        QTest::addRow("emoji before the selection") << "😀 ET" << QPoint(3, 5) << "😀 ET" << "ET";
+    }
+    void prepare()
+    {
+        QFETCH(QString, text);
+        QFETCH(QPoint, selection);
+        QFETCH(QString, boxAfter);
+        QFETCH(QString, selectedAfter);
+        open();
+        auto *exo = w<QPlainTextEdit>("EXO");
+        QCOMPARE(w<QPushButton>("Command1")->text(), QStringLiteral("Préparer la musique"));
+        QFile::remove(fx->path("tmp/test.wav"));
+        const double sentBefore = win->soundPanel()->boxText("ES").toDouble();
+        exo->setPlainText(text);
+        QTextCursor c = exo->textCursor();
+        c.setPosition(selection.x());
+        c.setPosition(selection.y(), QTextCursor::KeepAnchor);
+        exo->setTextCursor(c);
+        QTest::mouseClick(w("Command1"), Qt::LeftButton);
+        QCOMPARE(exo->toPlainText(), boxAfter);
+        QCOMPARE(exo->textCursor().selectedText(), selectedAfter);
+        QVERIFY(wholeWav(testsupport::fileBytes(fx->path("tmp/test.wav"))));
+        QCOMPARE(win->soundPanel()->boxText("ES").toDouble(), sentBefore + 12 + 2 + 5);
+        QVERIFY(fx->prompts.messages.isEmpty());
+    }
+
+    void viewCommands_data()
+    {
+        QTest::addColumn<QString>("storedCache"); // how the text was left at the last session
+        QTest::addColumn<QString>("command");     // a panel button, a menu entry, the check box
+        QTest::addColumn<QString>("views");
+        for (const char *cache : {"0", "1"}) {
+            const std::pair<const char *, const char *> commands[] = {
+                {"Command14", "EXO Text1"}, {"Command15", "Web"}, {"Command16", "File1"}, {"Command11", "List1"},
+                {"AfExercices", "EXO Text1"}, {"afcache", "Web"}, {"affichiers", "File1"}, {"aflistmot", "List1"}};
+            for (const auto &[command, views] : commands)
+                QTest::addRow("%s, cache %s", command, cache) << cache << command << views;
+            // The help entry and the check box toggle the hidden text.
+            for (const char *toggle : {"Aide", "Check1"})
+                QTest::addRow("%s, cache %s", toggle, cache) << cache << toggle << (*cache == '1' ? "EXO Text1" : "Web");
+        }
+    }
+    void viewCommands()
+    {
+        QFETCH(QString, storedCache);
+        QFETCH(QString, command);
+        QFETCH(QString, views);
+        open({{"cache", storedCache}});
+        QCOMPARE(shownViews(), storedCache == "1" ? "Web" : "EXO Text1");
+        if (win->findChild<QAction *>(command))
+            trigger(command);
+        else
+            click(command);
+        const bool hidden = views == "Web";
+        QCOMPARE(shownViews(), views);
+        QCOMPARE(valueOf("Check1"), hidden ? "1" : "0");
+        QCOMPARE(w("Text14")->isVisible(), !hidden);
+        QCOMPARE(fx->stored("défaut", "cache"), hidden ? "1" : "0");
+    }
+
+    void fileViewListsTheTexts()
+    {
+        open();
+        click("Command16");
+        auto *files = w<QListWidget>("File1");
+        QStringList names;
+        for (int i = 0; i < files->count(); ++i)
+            names << files->item(i)->text();
+        QCOMPARE(names, (QStringList{"abc.txt", "meteo.txt", "qso.txt"}));
+        // A text added meanwhile shows at the next visit.
+        QFile extra(fx->path("textes/bulletin.txt"));
+        QVERIFY(extra.open(QIODevice::WriteOnly));
+        extra.close();
+        click("Command14");
+        click("Command16");
+        QCOMPARE(files->count(), 4);
+        QCOMPARE(files->item(1)->text(), QStringLiteral("bulletin.txt"));
+    }
+
+    // The settings replace the exercise and the menus until validated; meanwhile the
+    // window does not close.
+    void settingsPanelStandsInForTheExercise()
+    {
+        open({{"progress", "eish5'"}});
+        const QList<QAction *> menus = win->menuBar()->actions();
+        QCOMPARE(menus.size(), 8);
+        trigger("reglager");
+        QVERIFY(!w("Frame2")->isVisible() && w("Frame1")->isVisible());
+        for (QAction *menu : menus)
+            QVERIFY(!menu->isVisible());
+        QCOMPARE(valueOf("Fcorrection"), "0"); // the automatic correction is cleared
+        QVERIFY(!win->close() && win->isVisible());
+
+        // The examination preset sets the progression too.
+        w<QPushButton>("examen")->click();
+        QCOMPARE(valueOf("PROGRESS"), examination);
+        QCOMPARE(fx->stored("défaut", "progress"), examination);
+
+        // "Tester" plays the reference word through the exercise player.
+        const qint64 greeting = QFileInfo(fx->path("tmp/test.wav")).size();
+        w<QPushButton>("tester")->click();
+        auto *exo = w<QPlainTextEdit>("EXO");
+        QVERIFY(exo->toPlainText() == "PARIS" && exo->textCursor().selectedText() == "PARIS");
+        QCOMPARE(testsupport::fileBytes(fx->path("tmp/test.txt")), QByteArray("PARIS"));
+        const qint64 size = QFileInfo(fx->path("tmp/test.wav")).size();
+        QVERIFY(size > 44 && size < greeting);
+        QVERIFY(win->playback()->player()->isPlaying());
+        QCOMPARE(win->playback()->player()->lengthMs(), (size - 44) / 8);
+
+        QTest::mouseClick(win->soundPanel()->validateButton(), Qt::LeftButton);
+        QVERIFY(w("Frame2")->isVisible() && !w("Frame1")->isVisible());
+        for (QAction *menu : menus)
+            QVERIFY(menu->isVisible());
+        QVERIFY(win->close());
+    }
+
+    // Timer1 makes "Valider" blink: its caption alternates with nothing.
+    void validateBlinks()
+    {
+        win = fx->openWindow();
+        QPushButton *validate = win->soundPanel()->validateButton();
+        QStringList captions{validate->text()};
+        for (int i = 0; i < 3; ++i) {
+            QTRY_VERIFY_WITH_TIMEOUT(validate->text() != captions.last(), 1500);
+            captions << validate->text();
+        }
+        QVERIFY(captions.contains("Valider") && captions.contains(QString()));
+        QCOMPARE(captions[0], captions[2]);
+        QCOMPARE(validate->accessibleName(), QStringLiteral("Valider"));
+    }
+
+    void aboutBoxAndMorseKey()
+    {
+        UrlCatcher catcher;
+        QDesktopServices::setUrlHandler("https", &catcher, "open");
+        open();
+        trigger("apropos");
+        trigger("apropos"); // one box, not two
+        QCOMPARE(win->findChildren<QMessageBox *>().size(), 1);
+        auto *box = win->findChild<QMessageBox *>();
+        QVERIFY(box->isVisible() && box->windowTitle() == "À propos de Kelvora");
+        QVERIFY2(box->text().contains("Version 3.2.5") && box->informativeText().contains("Morse"), qPrintable(box->text()));
+        box->accept();
+        QVERIFY(!w<QAbstractButton>("Picture1")->icon().isNull());
+        QTest::mouseClick(w("Picture1"), Qt::LeftButton);
+        QDesktopServices::unsetUrlHandler("https");
+        QCOMPARE(catcher.urls.size(), 1);
+        QCOMPARE(catcher.urls.front().host(), QStringLiteral("www.uft.net"));
+    }
+
+    // Mouse moves over the exercise frame and Timer2's ticks each draw a number.
+    void idleTimeAndMouseMovesStirTheRandomSequence()
+    {
+        open();
+        win->timers()->timer1()->stop();
+        win->timers()->timer2()->stop();
+        random::seed(42);
+        const double first = random::rnd(), second = random::rnd();
+        random::seed(42);
+        QTest::mouseMove(w("Frame2"), QPoint(4, 4));
+        QTest::mouseMove(w("Frame2"), QPoint(6, 5));
+        QCoreApplication::processEvents();
+        QVERIFY(random::rnd() != first);
+        random::seed(42);
+        win->timers()->timer2()->start();
+        QTest::qWait(250);
+        win->timers()->timer2()->stop();
+        const double drawn = random::rnd();
+        QVERIFY(drawn != first && drawn != second);
+    }
+};
+
+QTEST_MAIN(MainWindowTest)
+#include "tst_mainwindow.moc"

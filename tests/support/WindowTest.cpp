@@ -1,0 +1,69 @@
+#include "WindowTest.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QClipboard>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QTest>
+
+namespace kelvora::testsupport {
+
+void WindowTest::init()
+{
+    fx = std::make_unique<MainWindowFixture>();
+    QVERIFY(fx->isValid());
+}
+
+void WindowTest::cleanup()
+{
+    win.reset();
+    fx.reset();
+}
+
+void WindowTest::open(const QList<std::pair<QString, QString>> &values)
+{
+    win = fx->openShown(values);
+    win->resize(1200, 820);
+}
+
+void WindowTest::trigger(const QString &action) const
+{
+    w<QAction>(action)->trigger();
+}
+
+QString WindowTest::valueOf(const QString &control) const
+{
+    const QWidget *c = w(control);
+    if (auto *box = qobject_cast<const QComboBox *>(c))
+        return box->currentText();
+    if (auto *edit = qobject_cast<const QLineEdit *>(c))
+        return edit->text();
+    if (auto *button = qobject_cast<const QAbstractButton *>(c))
+        return button->isChecked() ? "1" : "0";
+    return "<" + QString::fromLatin1(c->metaObject()->className()) + ">";
+}
+
+void WindowTest::paste(const QString &control, const QString &text) const
+{
+    QWidget *target = w(control);
+    if (auto *box = qobject_cast<QComboBox *>(target))
+        target = box->lineEdit();
+    target->setFocus();
+    QGuiApplication::clipboard()->setText(text);
+    QTest::keyClick(target, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(target, Qt::Key_V, Qt::ControlModifier);
+}
+
+void WindowTest::choose(const QString &list, int index) const
+{
+    auto *box = w<QComboBox>(list);
+    box->setFocus();
+    while (box->currentIndex() < index)
+        QTest::keyClick(box, Qt::Key_Down);
+    while (box->currentIndex() > index)
+        QTest::keyClick(box, Qt::Key_Up);
+}
+
+} // namespace kelvora::testsupport
