@@ -1,25 +1,21 @@
 // Push-to-talk in the main window, against a pseudo-terminal pair made by socat: port 1
 // is one end, any other port number is absent. The sounds keep time on the test's clock.
+#include "PtyPair.h"
 #include "WindowTest.h"
 #include "playback/CorrectionReplay.h"
 #include "playback/ExercisePlayback.h"
 #include "playback/MediaDevice.h"
 
 #include <QComboBox>
-#include <QDir>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QtTest>
 
 using namespace kelvora;
 
 class PttTest : public testsupport::WindowTest {
     Q_OBJECT
-    QTemporaryDir m_dir;
-    QProcess m_socat;
-    QString m_stem; // port N is m_stem + N
+    testsupport::PtyPair m_ports;
 
     void openOn(const QString &port, const QString &text)
     {
@@ -33,34 +29,15 @@ class PttTest : public testsupport::WindowTest {
         w<QComboBox>("NCOM")->lineEdit()->selectAll();
         QTest::keyClicks(w<QComboBox>("NCOM")->lineEdit(), text);
     }
-    // Descriptors of this process on port 1's terminal: held open, its lines are up.
-    int openHandles() const
-    {
-        const QString target = QFileInfo(m_stem + "1").canonicalFilePath();
-        int count = 0;
-        for (const QFileInfo &fd : QDir("/proc/self/fd").entryInfoList(QDir::System | QDir::Files))
-            count += fd.symLinkTarget() == target;
-        return count;
-    }
+    int openHandles() const { return testsupport::openHandles(m_ports.stem() + "1"); }
     bool playEnded() const { return fx->session.playerFree && !win->playback()->player()->isPlaying(); }
 
 private slots:
     void initTestCase()
     {
-        const QString socat = QStandardPaths::findExecutable(QStringLiteral("socat"));
-        if (socat.isEmpty())
-            QSKIP("socat is not installed: no pseudo-terminal pair");
-        // Names unique to this process: the serial layer keeps lock files named after them.
-        m_stem = m_dir.filePath(QStringLiteral("kvptt%1_").arg(QCoreApplication::applicationPid()));
-        m_socat.start(socat, {"-d", "-d", "pty,raw,echo=0,link=" + m_stem + "1", "pty,raw,echo=0,link=" + m_stem + "peer"});
-        QVERIFY(m_socat.waitForStarted(10000));
-        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(m_stem + "1") && QFileInfo::exists(m_stem + "peer"), 20000);
-        qputenv("KELVORA_PTT_DEVICE_TEMPLATE", (m_stem + "%2").toLocal8Bit());
-    }
-    void cleanupTestCase()
-    {
-        m_socat.kill();
-        m_socat.waitForFinished(10000);
+        if (const QString problem = m_ports.start(); !problem.isEmpty())
+            QSKIP(qPrintable(problem));
+        qputenv("KELVORA_PTT_DEVICE_TEMPLATE", m_ports.deviceTemplate().toLocal8Bit());
     }
 
     void keyedWhilePlaying_data()
@@ -92,17 +69,17 @@ private slots:
     {
         openOn("15", "E E"); // a stored port is taken as it is
         QCOMPARE(valueOf("NCOM"), QStringLiteral("15"));
-        QVERIFY2(w("NCOM")->toolTip().contains("Port 15 = " + m_stem + "15"), qPrintable(w("NCOM")->toolTip()));
+        QVERIFY2(w("NCOM")->toolTip().contains("Port 15 = " + m_ports.stem() + "15"), qPrintable(w("NCOM")->toolTip()));
         click("playerJouer");
         QCOMPARE(fx->prompts.messages.size(), 1);
         const QString message = fx->prompts.messages[0];
-        QVERIFY2(message.startsWith("Impossible d'ouvrir le port COM15 (" + m_stem + "15) : ") && message.endsWith("l'exercice est joué sans alternat."),
+        QVERIFY2(message.startsWith("Impossible d'ouvrir le port COM15 (" + m_ports.stem() + "15) : ") && message.endsWith("l'exercice est joué sans alternat."),
                  qPrintable(message));
         QVERIFY(win->playback()->player()->isPlaying());
         QVERIFY(fx->runUntil([this] { return playEnded(); }));
         typePort("99"); // typed, the number keeps to its bounds
         QCOMPARE(valueOf("NCOM"), QStringLiteral("9"));
-        QVERIFY2(w("NCOM")->toolTip().contains("Port 9 = " + m_stem + "9"), qPrintable(w("NCOM")->toolTip()));
+        QVERIFY2(w("NCOM")->toolTip().contains("Port 9 = " + m_ports.stem() + "9"), qPrintable(w("NCOM")->toolTip()));
     }
 
     void correctionKeysEachCharacter()

@@ -1,13 +1,10 @@
 // The push-to-talk port against a pseudo-terminal pair made by socat: port 1 is one end,
 // any other port number is absent.
+#include "PtyPair.h"
 #include "audio/PttPortName.h"
 #include "playback/NullPushToTalk.h"
 #include "playback/SerialPushToTalk.h"
 
-#include <QDir>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -15,43 +12,21 @@
 using namespace kelvora;
 
 namespace {
-// How many descriptors of this process hold the terminal behind `path` (Linux).
-int openHandles(const QString &path)
-{
-    const QString target = QFileInfo(path).canonicalFilePath();
-    int count = 0;
-    for (const QFileInfo &fd : QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::System | QDir::Files))
-        count += fd.symLinkTarget() == target;
-    return count;
-}
+using testsupport::openHandles;
 QString failure(int port) { return QStringLiteral("Impossible d'ouvrir le port COM%1 (%2) : ").arg(port).arg(PttPortName::devicePath(port)); }
 } // namespace
 
 class PushToTalkTest : public QObject {
     Q_OBJECT
-    QTemporaryDir m_dir;
-    QProcess m_socat;
-    QString m_template;
+    testsupport::PtyPair m_ports;
 
 private slots:
     void initTestCase()
     {
-        // Names unique to this process: the serial layer keeps lock files named after them.
-        const QString stem = m_dir.filePath(QStringLiteral("kvptt%1_").arg(QCoreApplication::applicationPid()));
-        m_template = stem + "%2";
-        const QString socat = QStandardPaths::findExecutable(QStringLiteral("socat"));
-        if (socat.isEmpty())
-            QSKIP("socat is not installed: no pseudo-terminal pair");
-        m_socat.start(socat, {"-d", "-d", "pty,raw,echo=0,link=" + stem + "1", "pty,raw,echo=0,link=" + stem + "peer"});
-        QVERIFY(m_socat.waitForStarted(10000));
-        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(stem + "1") && QFileInfo::exists(stem + "peer"), 20000);
+        if (const QString problem = m_ports.start(); !problem.isEmpty())
+            QSKIP(qPrintable(problem));
     }
-    void cleanupTestCase()
-    {
-        m_socat.kill();
-        m_socat.waitForFinished(10000);
-    }
-    void init() { qputenv("KELVORA_PTT_DEVICE_TEMPLATE", m_template.toLocal8Bit()); }
+    void init() { qputenv("KELVORA_PTT_DEVICE_TEMPLATE", m_ports.deviceTemplate().toLocal8Bit()); }
 
     void devicePath_data()
     {
