@@ -36,6 +36,7 @@ CorrectionReplay::CorrectionReplay(const Controls &controls, ViewSwitcher &views
     , m_player(devices.create(this))
 {
     m_timer->setObjectName(QStringLiteral("Timer5"));
+    m_timer->setTimerType(Qt::PreciseTimer); // the delay is heard: a coarse timer adds 5 %
     m_player->setObjectName(QStringLiteral("playerc"));
     m_player->setNotifyPeriod(0);
     connect(m_timer, &QTimer::timeout, this, &CorrectionReplay::tick);

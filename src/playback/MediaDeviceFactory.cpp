@@ -8,7 +8,9 @@ MediaDevice *MediaDeviceFactory::create(QObject *parent) const
 {
     if (m_clock)
         return new MediaDevice(*m_clock, parent);
-    return new MediaDevice(parent);
+    auto *device = new MediaDevice(parent);
+    device->setOutputDevice(m_output);
+    return device;
 }
 
 } // namespace kelvora

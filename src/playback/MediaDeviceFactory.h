@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QAudioDevice>
+
 class QObject;
 
 namespace kelvora {
@@ -7,8 +9,8 @@ namespace kelvora {
 class MediaDevice;
 class PlayClock;
 
-// Makes the media devices of the windows: on the system's sound output, or silent ones
-// that keep time on a given clock (a test's stepped clock).
+// Makes the media devices of the windows: on the system's sound output (or a chosen
+// one), or silent ones that keep time on a given clock (a test's stepped clock).
 class MediaDeviceFactory {
 public:
     MediaDeviceFactory() = default;
@@ -17,10 +19,16 @@ public:
     {
     }
 
+    explicit MediaDeviceFactory(const QAudioDevice &output)
+        : m_output(output)
+    {
+    }
+
     MediaDevice *create(QObject *parent) const;
 
 private:
     PlayClock *m_clock = nullptr;
+    QAudioDevice m_output; // null: the system's default output
 };
 
 } // namespace kelvora

@@ -31,6 +31,13 @@ namespace {
 constexpr int bufferMs = 250;
 // How often the stream is topped up: well inside the buffer.
 constexpr int feedMs = 10;
+// Silence kept queued between sounds: short, since a sound started then waits behind it.
+constexpr int leadMs = 40;
+// A stream whose server takes nothing for this long is waiting for its pre-buffer when
+// it holds less (run dry): it is given that much.
+constexpr int primeAfterMs = 60;
+// How long an idle stream is kept for the next sound.
+constexpr int lingerMs = 10000;
 
 QAudioFormat toQt(const PcmFormat &f)
 {
@@ -84,11 +91,14 @@ SinkPcmOutput::SinkPcmOutput(const QAudioDevice &device, QObject *parent)
     connect(&m_feeder, &QTimer::timeout, this, &SinkPcmOutput::feed);
     m_watchdog.setInterval(200);
     connect(&m_watchdog, &QTimer::timeout, this, &SinkPcmOutput::watch);
+    m_linger.setSingleShot(true);
+    m_linger.setInterval(lingerMs);
+    connect(&m_linger, &QTimer::timeout, this, &SinkPcmOutput::closeStream);
 }
 
 SinkPcmOutput::~SinkPcmOutput()
 {
-    halt();
+    closeStream();
 }
 
 std::optional<PcmFormat> SinkPcmOutput::chooseFormat(const PcmFormat &file) const
@@ -117,64 +127,160 @@ bool SinkPcmOutput::prepare(const WavSound &sound)
         return false;
     }
     m_pcm = PcmConverter::convert(sound.pcm, sound.format, *format);
-    if (m_sink && *format == m_format)
-        return true; // same stream format as the last sound: the sink serves again
-
-    if (m_sink) {
-        m_sink->disconnect(this);
-        m_sink->deleteLater(); // its destructor runs the event loop: not in here
-    }
+    m_next = m_pcm.size();
+    if (m_stream && *format == m_format)
+        return true; // same stream format as the last sound: the open stream serves again
+    closeStream();
     m_format = *format;
     m_silence = QByteArray(qsizetype(m_format.bytesForMs(bufferMs)),
                            m_format.sample == PcmSample::UInt8 ? char(128) : char(0));
+    return true;
+}
+
+// Each stream on a QAudioSink of its own: with Qt's PulseAudio backend, a sink started
+// again after a stop plays worse each time (after about nine, only bursts of sound).
+bool SinkPcmOutput::openStream()
+{
+    if (m_stream)
+        return true;
+    if (!m_format.isValid())
+        return false;
     m_sink = new QAudioSink(m_device, toQt(m_format), this);
     m_sink->setBufferSize(qsizetype(m_format.bytesForMs(bufferMs)));
     connect(m_sink, &QAudioSink::stateChanged, this, &SinkPcmOutput::onStateChanged);
+    m_written = 0;
+    m_stream = m_sink->start();
+    if (!m_stream || m_sink->state() == QAudio::StoppedState) {
+        qCWarning(lcPlayback) << "audio sink did not start:" << m_sink->error();
+        m_stream = nullptr;
+        dropSink();
+        return false;
+    }
+    m_feedProgress = -1;
+    m_sinceFeedProgress.start();
+    m_feeder.start();
     return true;
+}
+
+void SinkPcmOutput::closeStream()
+{
+    m_feeder.stop();
+    m_watchdog.stop();
+    m_linger.stop();
+    m_stream = nullptr; // the sink deletes it on stop
+    if (m_sink)
+        m_sink->stop();
+    dropSink();
+}
+
+void SinkPcmOutput::dropSink()
+{
+    if (!m_sink)
+        return;
+    m_sink->disconnect(this);
+    m_sink->deleteLater(); // its destructor runs the event loop: not in here
+    m_sink = nullptr;
 }
 
 bool SinkPcmOutput::start(qint64 fromMs)
 {
     halt();
-    if (!m_sink)
+    if (!openStream())
         return false;
+    m_linger.stop();
     m_startByte = qsizetype(qBound<qint64>(0, m_format.bytesForMs(fromMs), m_pcm.size()));
     m_next = m_startByte;
-    m_playedUs = 0;
-    m_stream = m_sink->start();
-    if (!m_stream || m_sink->state() == QAudio::StoppedState) {
-        qCWarning(lcPlayback) << "audio sink did not start:" << m_sink->error();
-        m_stream = nullptr;
-        return false;
+    if (m_written == 0) {
+        // A new stream starts with the lead that every later sound finds queued before it,
+        // so that played time counts alike for all. It plays once the server holds its
+        // pre-buffer (nearly the whole buffer): a shorter sound goes behind silence that
+        // makes it up, not before, so that only the lead follows it.
+        const int frame = m_format.bytesPerFrame();
+        const qint64 prebuffer = m_sink->bufferSize();
+        const qsizetype missing = qsizetype(qMax(m_format.bytesForMs(leadMs), prebuffer - (m_pcm.size() - m_startByte))) / frame * frame;
+        qsizetype written = 0;
+        if (missing > 0 && !write(m_silence.constData(), qMin(missing, m_silence.size()), &written))
+            qCWarning(lcPlayback) << "audio sink refused its first silence";
     }
+    m_soundAt = m_written;
     m_active = true;
     m_suspended = false;
+    m_bankedMs = 0;
+    m_playedMs = 0;
+    m_clock.start();
     feed();
-    m_feeder.start();
-    m_progressUs = -1;
+    m_progress = -1;
     m_sinceProgress.start();
     m_watchdog.start();
     return true;
 }
 
+qint64 SinkPcmOutput::queuedBytes() const
+{
+    if (!m_stream)
+        return 0;
+    return qBound<qint64>(0, m_sink->bufferSize() - m_sink->bytesFree(), m_written);
+}
+
+qint64 SinkPcmOutput::consumedBytes() const
+{
+    return m_written - queuedBytes();
+}
+
+// The server's read point plus the lead of silence kept queued: where the next sound
+// would begin if it started now. Measured there, the pause between two sounds is the
+// time between the end of one and the start of the other, whatever the lead.
+qint64 SinkPcmOutput::takenBytes() const
+{
+    const qint64 taken = consumedBytes() + m_format.bytesForMs(leadMs) - m_soundAt;
+    return qBound<qint64>(0, taken, m_next - m_startByte);
+}
+
+bool SinkPcmOutput::soundConsumed() const
+{
+    return m_next >= m_pcm.size() && takenBytes() >= m_pcm.size() - m_startByte;
+}
+
+bool SinkPcmOutput::write(const char *data, qsizetype size, qsizetype *written)
+{
+    const qint64 n = m_stream->write(data, size);
+    if (n <= 0)
+        return false;
+    m_written += n;
+    *written = qsizetype(n);
+    return true;
+}
+
 void SinkPcmOutput::feed()
 {
-    if (!m_active || m_suspended || !m_stream)
+    if (!m_stream || m_suspended)
         return;
     const int frame = m_format.bytesPerFrame();
+    const qint64 consumed = consumedBytes();
+    if (consumed != m_feedProgress) {
+        m_feedProgress = consumed;
+        m_sinceFeedProgress.start();
+    }
+    // Between sounds only a short lead of silence; but a stream that takes nothing
+    // while data waits (run dry, so waiting for its pre-buffer again) is given that.
+    const qint64 prebuffer = m_sink->bufferSize();
+    const bool priming = m_sinceFeedProgress.elapsed() > primeAfterMs && queuedBytes() < prebuffer;
     // A stream that has failed reports no room (or a negative one): nothing is written.
     qsizetype room = m_sink->bytesFree() / frame * frame;
-    // A write may report the stream lost, which halts this output: m_stream is then gone.
+    // A write may report the stream lost, which closes it: m_stream is then gone.
     while (room > 0 && m_stream) {
-        const bool sound = m_next < m_pcm.size();
-        const char *from = sound ? m_pcm.constData() + m_next : m_silence.constData();
-        const qsizetype wanted = qMin(room, sound ? m_pcm.size() - m_next : m_silence.size());
-        const qint64 written = m_stream->write(from, wanted);
-        if (written <= 0)
-            return;
-        if (sound)
-            m_next += qsizetype(written);
-        room -= qsizetype(written);
+        qsizetype written = 0;
+        if (m_active && m_next < m_pcm.size()) {
+            if (!write(m_pcm.constData() + m_next, qMin(room, m_pcm.size() - m_next), &written))
+                return;
+            m_next += written;
+        } else {
+            const qint64 lead = (priming ? prebuffer : m_format.bytesForMs(leadMs)) - queuedBytes();
+            const qsizetype wanted = qsizetype(qMin<qint64>(room, lead)) / frame * frame;
+            if (wanted <= 0 || !write(m_silence.constData(), qMin(wanted, m_silence.size()), &written))
+                return;
+        }
+        room -= written;
     }
 }
 
@@ -183,6 +289,7 @@ void SinkPcmOutput::suspend()
     if (!m_active || m_suspended)
         return;
     playedMs(); // the value heard so far stays while paused
+    m_bankedMs += m_clock.elapsed();
     m_suspended = true;
     m_feeder.stop();
     m_watchdog.stop();
@@ -194,52 +301,64 @@ void SinkPcmOutput::resume()
     if (!m_active || !m_suspended)
         return;
     m_suspended = false;
+    m_clock.start();
     m_sink->resume();
     feed();
     m_feeder.start();
-    m_progressUs = -1;
+    m_progress = -1;
     m_sinceProgress.start();
     m_watchdog.start();
 }
 
+// A sound halted before the server has taken all of it stops at once (its stream goes,
+// with what it still queues); one that has played out leaves the stream to the next.
 void SinkPcmOutput::halt()
 {
-    m_feeder.stop();
     m_watchdog.stop();
     if (!m_active)
         return;
-    playedMs(); // kept: a stopped sink reports 0
+    playedMs(); // kept after the halt
+    const bool whole = !m_suspended && soundConsumed();
     m_active = false;
     m_suspended = false;
-    m_stream = nullptr; // the sink deletes it on stop
-    if (m_sink)
-        m_sink->stop();
+    if (whole)
+        m_linger.start();
+    else
+        closeStream();
 }
 
 qint64 SinkPcmOutput::playedMs() const
 {
-    if (m_active && m_sink && m_sink->state() != QAudio::StoppedState)
-        m_playedUs = qMax(m_playedUs, m_sink->processedUSecs());
-    return m_playedUs / 1000;
+    if (!m_active)
+        return m_playedMs;
+    const qint64 wall = m_bankedMs + (m_suspended ? 0 : m_clock.elapsed());
+    qint64 taken = wall;
+    if (!soundConsumed())
+        taken = m_format.msForBytes(takenBytes());
+    m_playedMs = qMax(m_playedMs, qMin(wall, taken));
+    return m_playedMs;
 }
 
 void SinkPcmOutput::onStateChanged(QAudio::State state)
 {
-    if (!m_active || !m_sink)
+    if (!m_stream || !m_sink)
         return;
     const QAudio::Error error = m_sink->error();
-    if (state == QAudio::StoppedState && error != QAudio::NoError)
+    if (state != QAudio::StoppedState || error == QAudio::NoError)
+        return;
+    if (m_active)
         lose(reasonFor(error));
+    else
+        closeStream(); // lost while idle: the next sound opens a new one
 }
 
 void SinkPcmOutput::watch()
 {
     if (!m_active || m_suspended)
         return;
-    const qint64 us = m_sink->processedUSecs();
-    const qint64 total = m_format.msForBytes(m_pcm.size() - m_startByte) * 1000;
-    if (us > m_progressUs || us >= total) {
-        m_progressUs = us;
+    const qint64 consumed = consumedBytes();
+    if (consumed > m_progress || soundConsumed()) {
+        m_progress = consumed;
         m_sinceProgress.start();
     } else if (m_sinceProgress.elapsed() > g_stallLimitMs) {
         lose(QStringLiteral("aucun son n'est passé depuis %1 secondes")
@@ -250,7 +369,10 @@ void SinkPcmOutput::watch()
 void SinkPcmOutput::lose(const QString &reason)
 {
     qCWarning(lcPlayback) << "audio output lost:" << reason;
-    halt();
+    playedMs();
+    m_active = false;
+    m_suspended = false;
+    closeStream();
     emit failed(reason);
 }
 
