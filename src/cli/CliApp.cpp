@@ -24,6 +24,7 @@ namespace {
 
 constexpr int exitOk = 0;
 constexpr int exitError = 2;
+constexpr int exitCut = 1; // a sound stopped at the WAV size limit
 
 struct UsageError {
     QString message;
@@ -205,17 +206,15 @@ int renderCommand(const Command &c, const SoundSettings &s, const AppPaths &path
         err << r.error << '\n';
         return exitError;
     }
-    if (!QFileInfo::exists(target.wavPath)) {
-        err << QStringLiteral("Impossible d'écrire le fichier son « %1 ».").arg(target.wavPath)
-            << '\n';
-        return exitError;
-    }
     out << QStringLiteral("Fichier écrit : ") << target.wavPath << '\n';
     out << QStringLiteral("Durée : ") << numbers::format(r.durationSeconds()) << " s\n";
-    if (r.truncated)
+    if (r.truncated) {
+        // The file is kept, but it is not the whole text: not a success.
         err << QStringLiteral("Attention : le son a été arrêté à la taille maximale d'un fichier "
-                              "WAV (4 Gio).")
+                              "WAV (4 Gio) ; le fichier est gardé.")
             << '\n';
+        return exitCut;
+    }
     return exitOk;
 }
 

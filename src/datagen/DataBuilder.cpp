@@ -1,5 +1,6 @@
 #include "DataBuilder.h"
 
+#include "core/CheckedFile.h"
 #include "core/TextUtils.h"
 #include "core/Windows1252.h"
 #include "morse/PatternLookup.h"
@@ -11,8 +12,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QSet>
 #include <QTemporaryDir>
+
+#include <cerrno>
+#include <cstdio>
 
 namespace kelvora::datagen {
 
@@ -53,6 +58,9 @@ bool checkCharacters(const QString &word, const QSet<QString> &known, const QStr
     return true;
 }
 
+bool buildInto(const QString &outPath, const QString &refTsv, const QStringList &refLines,
+               const QStringList &tables, QString *error);
+
 } // namespace
 
 bool buildDatabase(const QString &outPath, const QString &refTsv, const QStringList &tables,
@@ -61,7 +69,29 @@ bool buildDatabase(const QString &outPath, const QString &refTsv, const QStringL
     QStringList refLines;
     if (!readUtf8Lines(refTsv, &refLines, error))
         return false;
-    QFile::remove(outPath);
+    // Built beside the target and renamed over it once complete: a failure leaves the
+    // old database whole, and a target that is not a regular file is never replaced.
+    const QFileInfo target(outPath);
+    if (target.exists() && !target.isFile()) {
+        *error = CheckedFile::failure(outPath, QStringLiteral("ce n'est pas un fichier ordinaire"));
+        return false;
+    }
+    const QString building = outPath + QStringLiteral(".building");
+    QFile::remove(building);
+    const auto cleanup = qScopeGuard([&] { QFile::remove(building); });
+    if (!buildInto(building, refTsv, refLines, tables, error))
+        return false;
+    if (::rename(QFile::encodeName(building).constData(), QFile::encodeName(outPath).constData()) != 0) {
+        *error = CheckedFile::failure(outPath, CheckedFile::reason(errno));
+        return false;
+    }
+    return true;
+}
+
+namespace {
+bool buildInto(const QString &outPath, const QString &refTsv, const QStringList &refLines,
+               const QStringList &tables, QString *error)
+{
     WordDatabase db(outPath, WordDatabase::OpenMode::ReadWriteCreate);
     if (!db.isOpen()) {
         *error = db.errorString();
@@ -110,6 +140,7 @@ bool buildDatabase(const QString &outPath, const QString &refTsv, const QStringL
     }
     return true;
 }
+} // namespace
 
 bool buildCharacterSounds(const QString &databasePath, const QString &outDir, QString *error)
 {
@@ -127,7 +158,7 @@ bool buildCharacterSounds(const QString &databasePath, const QString &outDir, QS
     for (const QVariantList &row : rows.rows) {
         const SoundTarget target{outDir + '/' + row.value(1).toString(), scratch.filePath("char.txt")};
         const RenderResult r = renderSound({row.value(0).toString()}, settings, lookup, target);
-        if (!r.ok || !QFile::exists(target.wavPath)) {
+        if (!r.ok) {
             *error = "cannot render " + target.wavPath + ": " + r.error;
             return false;
         }
@@ -154,13 +185,7 @@ bool convertText(const QString &inPath, const QString &outPath, QString *error)
     }
     text.replace("\n", "\r\n");
     QDir().mkpath(QFileInfo(outPath).absolutePath());
-    QFile out(outPath);
-    if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        *error = outPath + ": " + out.errorString();
-        return false;
-    }
-    out.write(windows1252::encode(text));
-    return true;
+    return CheckedFile::writeAll(outPath, windows1252::encode(text), error);
 }
 
 } // namespace kelvora::datagen

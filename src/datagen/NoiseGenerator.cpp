@@ -3,9 +3,9 @@
 #include "NoiseStations.h"
 
 #include "audio/WavHeader.h"
+#include "core/CheckedFile.h"
 
 #include <QDir>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <array>
@@ -290,12 +290,9 @@ bool writeQrmFiles(const QString &dir, QString *error)
         return fail(QStringLiteral("Impossible de créer le dossier « %1 ».").arg(QDir::toNativeSeparators(dir)));
     for (const Kind kind : {Kind::Static, Kind::Station, Kind::Stations}) {
         const QString path = QDir(dir).filePath(qrmFileName(kind));
-        QSaveFile file(path);
-        const QByteArray bytes = wavFile(generate(kind, kQrmSeconds, qrmSeed(kind)));
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-            return fail(QStringLiteral("Impossible d'écrire le fichier « %1 » : %2")
-                            .arg(QDir::toNativeSeparators(path), file.errorString()));
-        }
+        QString why;
+        if (!kelvora::CheckedFile::writeAll(path, wavFile(generate(kind, kQrmSeconds, qrmSeed(kind))), &why))
+            return fail(why);
     }
     if (error != nullptr)
         error->clear();

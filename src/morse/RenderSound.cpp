@@ -19,6 +19,14 @@ RenderResult renderSound(const SoundText &text, const SoundSettings &settings,
         failed.error = timing.error;
         return failed;
     }
+    if (timing.plan.dot < 1) {
+        // Nothing would sound: an empty file is no exercise.
+        RenderResult failed;
+        failed.error = QStringLiteral("La vitesse demandée donne un point de %1 ms : aucun son "
+                                      "ne peut être fait.")
+                           .arg(timing.plan.dot);
+        return failed;
+    }
     RenderRequest request;
     request.exerciseText = text.text;
     request.selectionStart = text.selectionStart;

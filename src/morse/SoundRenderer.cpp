@@ -4,26 +4,23 @@
 #include "core/Windows1252.h"
 #include "morse/PatternLookup.h"
 
-#include <QFile>
+#include "core/CheckedFile.h"
 
 #include <algorithm>
 #include <array>
 
-#ifdef Q_OS_UNIX
 #include <sys/uio.h>
-#endif
 
 namespace kelvora {
 
 namespace {
 
-// Appends sample buffers to the open file, stopping for good at the size limit. The
-// buffers of the tone bank are handed to the system as a gather list (writev), so a
-// long text costs no copy and no large allocation; elsewhere they go through a block.
-// Write errors are skipped: the header is made from the file's real length afterwards.
+// Appends sample buffers to the file, stopping for good at the size limit. The buffers
+// of the tone bank are handed to the system as a gather list (writev), so a long text
+// costs no copy and no large allocation. The first failed write ends the sound.
 class SampleSink {
 public:
-    SampleSink(QFile &file, quint64 limit)
+    SampleSink(CheckedFile &file, quint64 limit)
         : m_file(file)
         , m_limit(limit)
     {
@@ -45,24 +42,12 @@ public:
     }
 
     bool truncated() const { return m_truncated; }
+    bool stopped() const { return m_truncated || m_file.failed(); }
 
-#ifdef Q_OS_UNIX
     void flush()
     {
-        const int fd = m_file.isOpen() ? m_file.handle() : -1;
-        int first = 0;
-        while (fd >= 0 && first < m_count) {
-            ssize_t done = ::writev(fd, m_pieces.data() + first, m_count - first);
-            if (done <= 0)
-                break;
-            // A short write: skip what went out and go on with the rest.
-            while (first < m_count && size_t(done) >= m_pieces[first].iov_len)
-                done -= ssize_t(m_pieces[first++].iov_len);
-            if (first < m_count && done > 0) {
-                m_pieces[first].iov_base = static_cast<char *>(m_pieces[first].iov_base) + done;
-                m_pieces[first].iov_len -= size_t(done);
-            }
-        }
+        if (m_count > 0 && !m_file.failed())
+            m_file.write(m_pieces.data(), m_count);
         m_count = 0;
     }
 
@@ -76,42 +61,11 @@ private:
 
     std::array<iovec, 1024> m_pieces{};
     int m_count = 0;
-#else
-    void flush()
-    {
-        if (!m_block.isEmpty() && m_file.isOpen())
-            m_file.write(m_block);
-        m_block.clear();
-    }
-
-private:
-    void add(const char *data, qsizetype size)
-    {
-        if (m_block.size() + size > blockSize)
-            flush();
-        if (size >= blockSize)
-            m_file.write(data, size);
-        else
-            m_block.append(data, size);
-    }
-
-    static constexpr qsizetype blockSize = 1 << 16;
-    QByteArray m_block;
-#endif
-
-    QFile &m_file;
+    CheckedFile &m_file;
     quint64 m_limit;
     quint64 m_written = 0;
     bool m_truncated = false;
 };
-
-void writeTextCopy(const QString &path, const QString &text)
-{
-    QFile::remove(path);
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        file.write(windows1252::encode(text));
-}
 
 // The part of `text` that is sent: the selection when it holds a character.
 QString textToSend(const RenderResult &r)
@@ -119,21 +73,6 @@ QString textToSend(const RenderResult &r)
     if (r.selectionLength >= 1)
         return text::characterMid(r.trimmedText, r.selectionStart, r.selectionLength);
     return r.trimmedText;
-}
-
-void writeHeader(const QString &path, RenderResult &r)
-{
-    // Opening for writing would create a file that could not be made earlier.
-    if (!QFile::exists(path))
-        return;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadWrite))
-        return;
-    const qint64 length = file.size();
-    const quint64 data = length > wavHeaderSize ? quint64(length - wavHeaderSize) : 0;
-    r.dataBytes = std::min<quint64>(data, maxWavDataBytes);
-    file.seek(0);
-    file.write(wavHeader(quint32(r.dataBytes)));
 }
 
 } // namespace
@@ -157,19 +96,26 @@ RenderResult test(const RenderRequest &request, PatternLookup &lookup)
         const qsizetype lead =
             text::utf16ToCharacter(request.exerciseText, text::leadingBlanks(request.exerciseText));
         const qsizetype count = text::characterCount(r.trimmedText);
-        const qsizetype begin = std::clamp<qsizetype>(request.selectionStart - lead, 0, count);
-        const qsizetype end = std::clamp<qsizetype>(
-            request.selectionStart + request.selectionLength - lead, 0, count);
+        // Counted so that no sum can overflow, whatever the numbers given.
+        const qsizetype from = request.selectionStart - lead; // >= -lead
+        const qsizetype begin = std::clamp<qsizetype>(from, 0, count);
+        const qsizetype end = request.selectionLength >= count - from
+                                  ? count
+                                  : std::clamp<qsizetype>(from + request.selectionLength, 0, count);
         r.selectionStart = begin;
         r.selectionLength = std::max<qsizetype>(0, end - begin);
     }
 
-    writeTextCopy(request.textPath, r.trimmedText);
-
-    QFile::remove(request.wavPath);
-    QFile wav(request.wavPath);
-    if (wav.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
-        wav.write(QByteArray(wavHeaderSize, ' '));
+    // Both files are complete before either replaces the one of the last exercise, so
+    // that a failure leaves the pair as it was.
+    CheckedFile wav(request.wavPath);
+    CheckedFile copy(request.textPath);
+    if (!wav.open() || !wav.write(QByteArray(wavHeaderSize, ' ')) || !copy.open()
+        || !copy.write(windows1252::encode(r.trimmedText))) {
+        r.ok = false;
+        r.error = wav.failed() ? wav.errorString() : copy.errorString();
+        return r;
+    }
 
     QString sent = textToSend(r);
     if (request.debfin)
@@ -180,7 +126,7 @@ RenderResult test(const RenderRequest &request, PatternLookup &lookup)
         PatternLookup::Snapshot snapshot(lookup);
         SampleSink sink(wav, request.maxDataBytes);
         const QStringView view(sent);
-        for (qsizetype i = 0; i < view.size() && !sink.truncated();) {
+        for (qsizetype i = 0; i < view.size() && !sink.stopped();) {
             const qsizetype width = text::characterWidth(view, i);
             const qsizetype next = i + width;
             if (view[i] == u' ') {
@@ -205,8 +151,12 @@ RenderResult test(const RenderRequest &request, PatternLookup &lookup)
         }
         r.truncated = sink.truncated();
     }
-    wav.close();
-    writeHeader(request.wavPath, r);
+    r.dataBytes = quint64(wav.size() - wavHeaderSize);
+    if (!wav.writeAt(0, wavHeader(quint32(r.dataBytes))) || !wav.commit() || !copy.commit()) {
+        r.ok = false;
+        r.error = wav.failed() ? wav.errorString() : copy.errorString();
+        r.dataBytes = 0;
+    }
     return r;
 }
 

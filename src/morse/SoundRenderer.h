@@ -27,7 +27,7 @@ struct RenderRequest {
 
 struct RenderResult {
     bool ok = false;
-    QString error;                  // only errors raised before any file is touched
+    QString error;                  // French: the tone bank, or a file that cannot be written
     QString trimmedText;            // written back into the exercise box
     qsizetype selectionStart = 0;   // the same characters, counted in trimmedText
     qsizetype selectionLength = 0;
@@ -38,8 +38,9 @@ struct RenderResult {
 };
 
 // test: renders the exercise text into the 8-bit mono 8000 Hz WAV file and writes its
-// Windows-1252 copy. After the tone bank is built, errors are skipped (a file that
-// cannot be written, a failed lookup) and the header always matches the file.
+// Windows-1252 copy. Both are written in full beside their targets and then put in
+// place; when either cannot be written, neither replaces the old one and `ok` is false.
+// A failed lookup is skipped (the character sounds as the row found last).
 RenderResult test(const RenderRequest &request, PatternLookup &lookup);
 
 // The 44-byte header of the 8-bit mono 8000 Hz sound for `dataSize` bytes of samples.

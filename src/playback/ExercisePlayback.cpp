@@ -143,6 +143,9 @@ bool ExercisePlayback::prepare(bool userActed)
 {
     QString error;
     if (!test(&error)) {
+        // No sound to play: not even the one of an earlier exercise.
+        m_controls.player->hide();
+        m_controls.prepareButton->show();
         if (userActed)
             m_prompts.message(m_controls.player->window(), error);
         else

@@ -1,5 +1,6 @@
 // Exercise playback in the main window on the real audio output (the test server's null
 // sink): preparation, the player bar, the end of play, device errors, and what is heard.
+#include "FileSizeLimit.h"
 #include "SoundCapture.h"
 #include "WindowTest.h"
 #include "panels/SoundSettingsPanel.h"
@@ -128,7 +129,7 @@ private slots:
 
     void deviceErrorsAreToldAndPlayGoesOn()
     {
-        // A noise that is not a WAV file, then an exercise file that cannot be written.
+        // A noise that is not a WAV file.
         QFile garbage(fx->path("qrm/qrm2.wav"));
         QVERIFY(garbage.open(QIODevice::WriteOnly | QIODevice::Truncate) && garbage.write("bruit") > 0);
         garbage.close();
@@ -140,14 +141,40 @@ private slots:
         QVERIFY2(fx->prompts.messages[0].contains("n'est pas un fichier WAV"), qPrintable(fx->prompts.messages[0]));
         click("playerJouer");
         QTRY_VERIFY_WITH_TIMEOUT(playEnded(), patience);
+    }
 
-        QVERIFY(QFile::remove(fx->path("tmp/test.wav")) && QDir().mkdir(fx->path("tmp/test.wav")));
-        exo()->setPlainText("T");
-        click("Command1");
-        QCOMPARE(fx->prompts.messages.size(), 2);
-        QVERIFY2(fx->prompts.messages[1].contains("test.wav"), qPrintable(fx->prompts.messages[1]));
-        // No sound: nothing to play or rewind.
-        QVERIFY(!prepared() && !w("playerJouer")->isEnabled() && !w("playerDebut")->isEnabled());
+    void writeFailureLoadsNoSound_data()
+    {
+        QTest::addColumn<QString>("target"); // what tmp/test.wav becomes
+        QTest::addColumn<QString>("reason");
+        QTest::addRow("a folder") << "folder" << "c'est un dossier";
+        QTest::addRow("/dev/full") << "/dev/full" << "pas un fichier ordinaire";
+        QTest::addRow("full disk") << "full" << "fichier trop grand";
+    }
+    // The exercise's sound cannot be written: the window says which file and why, and
+    // plays nothing, not even the sound of the last exercise.
+    void writeFailureLoadsNoSound()
+    {
+        QFETCH(QString, target);
+        QFETCH(QString, reason);
+        openOn("E E");
+        const QString wav = fx->path("tmp/test.wav");
+        const QByteArray old = testsupport::fileBytes(wav);
+        if (target == "folder")
+            QVERIFY(QFile::remove(wav) && QDir().mkdir(wav));
+        else if (target == "/dev/full")
+            QVERIFY(QFile::remove(wav) && QFile::link(target, wav));
+        exo()->setPlainText(QString("PARIS ").repeated(30));
+        {
+            const testsupport::FileSizeLimit limit(target == "full" ? 20000 : 0);
+            click("Command1");
+        }
+        QCOMPARE(fx->prompts.messages.size(), 1);
+        QVERIFY2(fx->prompts.messages[0].startsWith("Impossible d'écrire le fichier « " + wav + " » : ") && fx->prompts.messages[0].contains(reason),
+                 qPrintable(fx->prompts.messages[0]));
+        QVERIFY(!prepared() && w("Command1")->isVisible() && !player()->isOpen());
+        if (target == "full")
+            QCOMPARE(testsupport::fileBytes(wav), old);
     }
 
     // What reaches the audio server while "E E" plays: tone, word gap, tone.

@@ -26,6 +26,8 @@ private slots:
     void badUsage();
     void realProcessExitStatus_data();
     void realProcessExitStatus();
+    void writeFailure_data();
+    void writeFailure();
 
 private:
     struct Run {
@@ -160,6 +162,8 @@ void CliTest::render_data()
         << QStringList{"--debfin", "0"} << QByteArray("ET\r\n\r\n") << "ET\r\n" << "ET\r\n";
     QTest::addRow("standard input is UTF-8") << QStringList{"--debfin", "0"}
                                              << QByteArray("\xc3\xa9t\xc3\xa9") << "été" << "été";
+    QTest::addRow("selection past every number") << QStringList{"--debfin", "0", "--text", "EEE", "--selection", "2,9223372036854775807"}
+                                                 << QByteArray() << "EEE" << "E";
     QTest::addRow("selection counts after the trim")
         << QStringList{"--debfin", "0", "--text", "  TE ET", "--selection", "3,2"} << QByteArray()
         << "TE ET" << "ET";
@@ -216,6 +220,8 @@ void CliTest::badUsage_data()
     QTest::addRow("pattern of two characters") << QStringList{"pattern", "ab"} << "un seul caractère";
     QTest::addRow("unreadable file") << QStringList{"render", "--file", "/nonexistent/x.txt"} << "Impossible de lire";
     QTest::addRow("calculation error") << QStringList{"--cm", "-100", "timing"} << "positif";
+    QTest::addRow("speed too high for a dot") << QStringList{"--wpm", "1e9", "render", "--text", "E"} << "point de 0 ms";
+    QTest::addRow("speed beyond any number") << QStringList{"--wpm", "9999999999999999999999", "render", "--text", "E"} << "point de 0 ms";
     QTest::addRow("empty user") << QStringList{"--user", "", "timing"} << "vide";
 }
 
@@ -251,6 +257,46 @@ void CliTest::realProcessExitStatus()
     QCOMPARE(p.exitCode(), status);
     if (status != 0)
         QVERIFY(!p.readAllStandardError().isEmpty());
+}
+
+void CliTest::writeFailure_data()
+{
+    QTest::addColumn<QString>("setup");  // run first, in a mount namespace when it mounts; "old" writes the last exercise
+    QTest::addColumn<QString>("output"); // -o, relative to the root
+    QTest::addColumn<QString>("reason");
+    QTest::addRow("full disk") << "mount -t tmpfs -o size=16k tmpfs tmp && old" << "tmp/test.wav" << "plus de place sur le disque";
+    QTest::addRow("read-only folder") << "mount -t tmpfs tmpfs tmp && old && mount -o remount,ro tmp" << "tmp/test.wav" << "en lecture seule";
+    QTest::addRow("/dev/full") << "old" << "/dev/full" << "pas un fichier ordinaire";
+    QTest::addRow("a folder") << "old" << "tmp" << "c'est un dossier";
+}
+
+// A sound that cannot be written is an error (exit 2) naming the file and the reason,
+// never "Fichier écrit"; the sound and text of the last exercise stay as they were.
+void CliTest::writeFailure()
+{
+    QFETCH(QString, setup);
+    QFETCH(QString, output);
+    QFETCH(QString, reason);
+    const bool mounts = setup.contains("mount");
+    if (mounts && QProcess::execute("unshare", {"-rm", "true"}) != 0)
+        QSKIP("no user namespace here (unshare -rm): the mounted file systems cannot be made");
+    const QString cli = QString::fromUtf8(testpaths::treeDir) + "/kelvora-cli";
+    QString script = "old() { printf old > tmp/test.wav && printf old > tmp/test.txt; }\n"
+                     "cd \"$1\" && " + setup + " || exit 99\n"
+                     "\"$2\" --root . --settings \"$3\" render --text \"$4\" -o \"$5\"\n"
+                     "echo \"status=$? wav=$(cat tmp/test.wav) txt=$(cat tmp/test.txt) files=$(ls -A tmp | tr '\\n' ' ')\"\n";
+    QStringList arguments{"-c", script, "sh", m_root, cli, m_ini, QString("PARIS ").repeated(20), output};
+    QProcess p;
+    if (mounts)
+        p.start("unshare", QStringList{"-rm", "sh"} + arguments);
+    else
+        p.start("sh", arguments);
+    QVERIFY(p.waitForFinished(30000));
+    const QString out = QString::fromUtf8(p.readAllStandardOutput());
+    const QString err = QString::fromUtf8(p.readAllStandardError());
+    QVERIFY2(out.contains("status=2 wav=old txt=old files=test.txt test.wav \n") && !out.contains("Fichier écrit"), qPrintable(out + err));
+    QVERIFY2(err.startsWith("Impossible d'écrire le fichier « " + output + " » : ") && err.contains(reason), qPrintable(err));
+    QVERIFY(!QFileInfo("/dev/full").isFile());
 }
 
 QTEST_GUILESS_MAIN(CliTest)

@@ -1,3 +1,4 @@
+#include "FileSizeLimit.h"
 #include "RefFixture.h"
 #include "core/Windows1252.h"
 #include "morse/PatternLookup.h"
@@ -22,7 +23,8 @@ private slots:
     void selectionAfterTrim_data();
     void selectionAfterTrim();
     void volumeErrorTouchesNoFile();
-    void missingFolderIsSkipped();
+    void failedWriteReplacesNothing_data();
+    void failedWriteReplacesNothing();
     void stopsAtTheLargestCountableSize();
     void lettersWithoutRowUsePreviousPattern();
     void editOfTheTableIsHeardAtTheNextRendering();
@@ -224,16 +226,54 @@ void SoundRendererTest::volumeErrorTouchesNoFile()
     QVERIFY(!QFile::exists(r.textPath));
 }
 
-void SoundRendererTest::missingFolderIsSkipped()
+void SoundRendererTest::failedWriteReplacesNothing_data()
 {
-    RenderRequest r = request("E");
-    r.wavPath = m_fixture.path("absent/test.wav");
-    r.textPath = m_fixture.path("absent/test.txt");
+    QTest::addColumn<QString>("wav");         // relative to the fixture, or absolute
+    QTest::addColumn<QString>("txt");
+    QTest::addColumn<qint64>("fileSizeLimit"); // 0: none
+    QTest::addColumn<QString>("reason");
+    QTest::addRow("full disk") << "test.wav" << "test.txt" << qint64(3000) << "fichier trop grand";
+    QTest::addRow("/dev/full") << "/dev/full" << "test.txt" << qint64(0) << "pas un fichier ordinaire";
+    QTest::addRow("link to /dev/full") << "full-link.wav" << "test.txt" << qint64(0) << "pas un fichier ordinaire";
+    QTest::addRow("a folder") << "folder" << "test.txt" << qint64(0) << "c'est un dossier";
+    QTest::addRow("text copy in a folder") << "test.wav" << "folder" << qint64(0) << "c'est un dossier";
+    QTest::addRow("missing folder") << "absent/test.wav" << "test.txt" << qint64(0) << "le dossier n'existe pas";
+}
+
+// The sound and its text are a pair: when either cannot be written, the pair of the last
+// exercise stays whole, no temporary file is left, and the error names the file and why.
+void SoundRendererTest::failedWriteReplacesNothing()
+{
+    QFETCH(QString, wav);
+    QFETCH(QString, txt);
+    QFETCH(qint64, fileSizeLimit);
+    QFETCH(QString, reason);
+    QDir dir(m_fixture.path(""));
+    dir.mkpath("folder");
+    QFile::link("/dev/full", m_fixture.path("full-link.wav"));
+    for (const char *name : {"test.wav", "test.txt"}) {
+        QFile old(m_fixture.path(name));
+        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
+    }
+    const QStringList before = dir.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+    RenderRequest r = request(QString("PARIS ").repeated(20));
+    r.wavPath = wav.startsWith('/') ? wav : m_fixture.path(wav);
+    r.textPath = m_fixture.path(txt);
     PatternLookup lookup(m_fixture.database());
-    const RenderResult result = test(r, lookup);
-    QVERIFY(result.ok); // errors after the tone bank are skipped
-    QVERIFY(!QFile::exists(r.wavPath));
-    QVERIFY(!QDir(m_fixture.path("absent")).exists());
+    RenderResult result;
+    {
+        const testsupport::FileSizeLimit limit(fileSizeLimit);
+        result = test(r, lookup);
+    }
+    QVERIFY(!result.ok);
+    const QString named = txt == "folder" ? r.textPath : r.wavPath;
+    QVERIFY2(result.error.startsWith("Impossible d'écrire le fichier « " + QDir::toNativeSeparators(named) + " » : ")
+                 && result.error.contains(reason),
+             qPrintable(result.error));
+    QCOMPARE(readFile(m_fixture.path("test.wav")), QByteArray("old"));
+    QCOMPARE(readFile(m_fixture.path("test.txt")), QByteArray("old"));
+    QCOMPARE(dir.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot), before);
+    QVERIFY(QFileInfo("/dev/full").exists() && !QFileInfo("/dev/full").isFile());
 }
 
 void SoundRendererTest::stopsAtTheLargestCountableSize()
