@@ -87,6 +87,7 @@ void MainPF::buildAreas()
     m_ui->dispositionReglages->insertWidget(0, m_panel, 1);
     m_profiles = new ProfileController(*m_store, m_session, m_prompts, this);
     m_writer = new SettingsWriter(*m_store, m_session, this);
+    connect(m_writer, &SettingsWriter::writeFailed, this, &MainPF::showNotice);
     m_views = new ViewSwitcher({m_ui->vues, m_ui->pageExercice, m_ui->List1, m_ui->File1,
                                 m_ui->Web, m_options->Text14, m_ui->Check1},
                                m_session.paths, this);

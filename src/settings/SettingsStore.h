@@ -2,11 +2,10 @@
 
 #include "settings/SettingKeys.h"
 
+#include <QDateTime>
+#include <QMap>
+#include <QSet>
 #include <QString>
-
-#include <memory>
-
-class QSettings;
 
 namespace kelvora {
 
@@ -14,6 +13,11 @@ namespace kelvora {
 // Every value is text; a read gives its default when the key is absent. A section name
 // that is empty or holds a separator is refused, so that no user name can ever write
 // outside its own profile.
+//
+// The file is read and laid out as QSettings does (INI format), but written by this
+// class: QSettings reports success when a full disk has cut the file short. Changes
+// stay in memory until sync(), which merges them over the file as it is then on disk
+// (another program may have written it) and writes the whole file the checked way.
 class SettingsStore {
 public:
     explicit SettingsStore(const QString &iniPath);
@@ -30,12 +34,18 @@ public:
     QString lastUser() const; // default "défaut"
     bool setLastUser(const QString &name);
 
-    // Deletes the whole application: every profile and the last user.
-    void removeAll();
-    void sync();
+    // Deletes the whole application: every profile and the last user. The file's error
+    // as sync() gives it.
+    QString removeAll();
+    // Writes the changes to the file; empty on success, else the French message naming
+    // the file and why. A settings file that is not a regular file is never written.
+    QString sync();
 
 private:
-    std::unique_ptr<QSettings> m_settings;
+    QString m_path;
+    QMap<QString, QString> m_values; // "section/key" -> value
+    QSet<QString> m_changed;         // keys set since the last successful sync
+    bool m_cleared = false;          // removeAll since the last successful sync
 };
 
 } // namespace kelvora

@@ -49,7 +49,7 @@ QString ProfileController::startUser(QWidget *parent)
         }
     }
     if (!keepMarker)
-        m_store.setLastUser(user);
+        saveLastUser(user);
     m_session.currentUser = user;
     m_session.playerFree = true;
     return user;
@@ -67,13 +67,21 @@ bool ProfileController::utilchanger(QWidget *parent)
         return false;
     }
     m_session.currentUser = name;
-    m_store.setLastUser(name);
+    saveLastUser(name);
     return true;
+}
+
+void ProfileController::saveLastUser(const QString &name)
+{
+    m_store.setLastUser(name);
+    if (const QString problem = m_store.sync(); !problem.isEmpty())
+        emit notice(problem);
 }
 
 void ProfileController::raz()
 {
-    m_store.removeAll();
+    if (const QString problem = m_store.removeAll(); !problem.isEmpty())
+        emit notice(problem);
 }
 
 } // namespace kelvora

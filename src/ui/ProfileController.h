@@ -37,6 +37,8 @@ signals:
     void notice(const QString &text);
 
 private:
+    void saveLastUser(const QString &name); // written through; a failure is a notice
+
     SettingsStore &m_store;
     Session &m_session;
     UserPrompts &m_prompts;

@@ -28,7 +28,11 @@ bool SettingsWriter::save(const SettingKey &key, const QString &value)
         return false;
     }
     // The program may end at any moment without a chance to save: write through now.
-    m_store.sync();
+    if (const QString problem = m_store.sync(); !problem.isEmpty()) {
+        qCWarning(lcApp) << problem;
+        emit writeFailed(problem);
+        return false;
+    }
     return true;
 }
 

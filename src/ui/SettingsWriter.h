@@ -22,8 +22,9 @@ class SettingsWriter : public QObject {
 public:
     SettingsWriter(SettingsStore &store, const Session &session, QObject *parent = nullptr);
 
-    // Writes one key in the current user's section; false when it was not written
-    // (during a restore, or for a section the store refuses).
+    // Writes one key in the current user's section and the file through; false when it
+    // was not written (during a restore, for a section the store refuses, or a file that
+    // cannot be written: writeFailed then says why).
     bool save(const SettingKey &key, const QString &value);
 
     // Every change of the combo's text (typed or picked) is saved.
@@ -47,6 +48,10 @@ public:
         SettingsWriter &m_writer;
     };
     bool isRestoring() const { return m_restoring > 0; }
+
+signals:
+    // The settings file could not be written: the French message naming it and why.
+    void writeFailed(const QString &message);
 
 private:
     SettingsStore &m_store;

@@ -1,3 +1,4 @@
+#include "FileSizeLimit.h"
 #include "RefFixture.h"
 #include "settings/SettingsStore.h"
 #include "morse/SoundSettings.h"
@@ -15,6 +16,8 @@ private slots:
     void valuesRoundTrip();
     void emptySectionIsRefused();
     void removeAllForgetsEveryProfile();
+    void failedWriteIsTold_data();
+    void failedWriteIsTold();
     void profileGoesThroughPanelClamps_data();
     void profileGoesThroughPanelClamps();
     void clampsKeepTextInsideBounds_data();
@@ -141,6 +144,36 @@ void SettingsStoreTest::clampsKeepTextInsideBounds()
     QCOMPARE(soundRules::clampSpeed(text), speed);
     QCOMPARE(soundRules::clampFrequency(text), frequency);
     QCOMPARE(soundRules::clampVolume(text), volume);
+}
+
+void SettingsStoreTest::failedWriteIsTold_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("reason");
+    QTest::addRow("full disk") << "full.ini" << "fichier trop grand";
+    QTest::addRow("a folder") << "folder.ini" << "pas un fichier ordinaire";
+    QTest::addRow("/dev/full") << "/dev/full" << "pas un fichier ordinaire";
+}
+
+// The store says which file could not be written and why; the old file stays whole.
+void SettingsStoreTest::failedWriteIsTold()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, reason);
+    const QString path = file.startsWith('/') ? file : m_dir.filePath(file);
+    QDir().mkpath(m_dir.filePath("folder.ini"));
+    QFile old(m_dir.filePath("full.ini"));
+    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("[lastuser]\nuser=Ann\n") > 0);
+    old.close();
+    {
+        SettingsStore store(path);
+        store.setValue("Ann", "vitesse", QString(4000, u'9'));
+        const testsupport::FileSizeLimit limit(file == "full.ini" ? 1000 : 0);
+        const QString problem = store.sync();
+        QVERIFY2(problem.startsWith("Impossible d'écrire le fichier « " + path + " » : ") && problem.contains(reason), qPrintable(problem));
+        QCOMPARE(testsupport::readFile(m_dir.filePath("full.ini")), QByteArray("[lastuser]\nuser=Ann\n"));
+    } // the store tries again at its end, the same way
+    QVERIFY(!QFileInfo("/dev/full").isFile());
 }
 
 QTEST_GUILESS_MAIN(SettingsStoreTest)
