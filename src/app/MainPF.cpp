@@ -104,6 +104,7 @@ void MainPF::buildAreas()
                                   m_ui->importmot1, m_ui->exportmot, m_ui->edittablcourante,
                                   m_ui->videtable, m_ui->supprimetable},
                                  m_session, this);
+    connect(m_tables, &WordTableArea::notice, this, &MainPF::showNotice);
     m_timers = new WindowTimers(m_panel->validateButton(), this);
     m_timers->watchMouseMovement({this, m_ui->fond, m_ui->Frame2, m_ui->voletContenu});
     buildPlayback();

@@ -73,8 +73,16 @@ void WordTableArea::applyQuery()
 {
     if (m_c.query->currentText().isEmpty())
         m_c.query->setEditText(neutralCondition);
+    const QString previous = m_records.source();
     openSource(m_session.currentTable,
                QStringLiteral(" where ") + m_c.query->currentText() + QStringLiteral(" order by mot"));
+    if (m_records.timedOut()) {
+        // The words shown stay those of the last condition that finished; no message box
+        // for a typed condition, a word in the status bar.
+        m_records.setSource(previous);
+        emit notice(m_records.error());
+        return;
+    }
     showCount();
     emit countChanged();
 }

@@ -53,6 +53,8 @@ signals:
     void tableSelected(const QString &table);
     // The number of words changed (a query): the banner follows it.
     void countChanged();
+    // Something to tell in the status bar (a typed condition stopped for running too long).
+    void notice(const QString &text);
 
 private:
     enum class Move { First, Previous, Next, Last };

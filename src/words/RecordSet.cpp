@@ -27,27 +27,40 @@ QString RecordSet::withRowid(const QString &source)
 
 bool RecordSet::refresh()
 {
-    m_rows.clear();
-    m_position = -1;
     m_error.clear();
-    if (m_source.trimmed().isEmpty())
+    m_timedOut = false;
+    if (m_source.trimmed().isEmpty()) {
+        m_rows.clear();
+        m_position = -1;
         return true; // no source: an empty set, as a closed data control shows
+    }
 
     WordDatabase db(m_databasePath, WordDatabase::OpenMode::ReadOnly);
     if (!db.isOpen()) {
+        m_rows.clear();
+        m_position = -1;
         m_error = db.errorString();
         qCWarning(lcWords) << "record set:" << m_error;
         return false;
     }
-    if (!m_readableTable.isEmpty())
+    if (!m_readableTable.isEmpty()) {
         db.readOnly(m_readableTable);
+        db.setTimeLimit(m_timeLimitMs);
+    }
     const QString sql = withRowid(m_source);
     const QueryResult result = db.query(sql);
     if (!result.ok) {
         m_error = result.error;
+        m_timedOut = result.timedOut;
         qCWarning(lcWords) << "record set:" << m_error;
+        if (!m_timedOut) {
+            m_rows.clear();
+            m_position = -1;
+        }
         return false;
     }
+    m_rows.clear();
+    m_position = -1;
     const bool hasRowid = sql != m_source;
     const qsizetype first = hasRowid ? 1 : 0;
     qsizetype wordColumn = result.columns.indexOf(QStringLiteral("mot"), first);

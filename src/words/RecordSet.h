@@ -22,11 +22,16 @@ public:
     // When set, the source may read this table and nothing else (the user typed part of
     // it); empty: the source is the program's own.
     void setReadableTable(const QString &table) { m_readableTable = table; }
+    // How long a source the user typed may run (2 s; tests shorten it).
+    void setTimeLimit(int ms) { m_timeLimitMs = ms; }
 
     // Reads the source again and stands on the first row. False when the source fails
-    // (a table that does not exist, a bad condition): the set is then empty.
+    // (a table that does not exist, a bad condition): the set is then empty. A source
+    // the user typed that runs past the time limit is stopped and leaves the set as it
+    // was (timedOut()).
     bool refresh();
     QString error() const { return m_error; }
+    bool timedOut() const { return m_timedOut; }
 
     int count() const { return int(m_rows.size()); }
     bool isEmpty() const { return m_rows.empty(); }
@@ -58,7 +63,9 @@ private:
     QString m_databasePath;
     QString m_source;
     QString m_readableTable;
+    int m_timeLimitMs = 2000;
     QString m_error;
+    bool m_timedOut = false;
     std::vector<Row> m_rows;
     int m_position = -1;
 };

@@ -7,7 +7,9 @@
 #include "words/StatementCache.h"
 #include "words/Transaction.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
+#include <QLocale>
 #include <QRegularExpression>
 
 #include <optional>
@@ -65,6 +67,14 @@ struct WordDatabase::Private {
     sqlite3 *db = nullptr;
     StatementCache cache{statementCacheSize};
     std::optional<QString> readableTable; // set: statements are guarded, and never cached
+    int timeLimitMs = 0;
+    QDeadlineTimer deadline = QDeadlineTimer::Forever;
+
+    // SQLite's progress handler: a non-zero answer interrupts the statement.
+    static int pastDeadline(void *data)
+    {
+        return static_cast<const Private *>(data)->deadline.hasExpired() ? 1 : 0;
+    }
 
     sqlite3_stmt *guardedStatement = nullptr;
 
@@ -232,6 +242,7 @@ bool WordDatabase::exec(const QString &sql, const QVariantList &values)
 QueryResult WordDatabase::query(const QString &sql, const QVariantList &values, int maxRows)
 {
     QueryResult result;
+    d->deadline = d->timeLimitMs > 0 ? QDeadlineTimer(d->timeLimitMs) : QDeadlineTimer(QDeadlineTimer::Forever);
     sqlite3_stmt *statement = d->prepare(sql, values);
     if (!statement) {
         result.error = d->error;
@@ -253,9 +264,14 @@ QueryResult WordDatabase::query(const QString &sql, const QVariantList &values, 
     }
     result.ok = d->finish(statement, rc, sql);
     if (!result.ok) {
+        result.timedOut = rc == SQLITE_INTERRUPT && d->deadline.hasExpired();
+        if (result.timedOut)
+            d->error = QStringLiteral("Requête arrêtée au bout de %1 s : elle ne finissait pas.")
+                           .arg(QLocale(QLocale::French).toString(d->timeLimitMs / 1000.0, 'g', 3));
         result.error = d->error;
         result.rows.clear();
     }
+    d->deadline = QDeadlineTimer(QDeadlineTimer::Forever);
     return result;
 }
 
@@ -264,6 +280,14 @@ void WordDatabase::readOnly(const QString &table)
     d->readableTable = table;
     if (d->db)
         sqlite3_set_authorizer(d->db, readOnlyAuthorizer, &*d->readableTable);
+}
+
+void WordDatabase::setTimeLimit(int ms)
+{
+    d->timeLimitMs = qMax(0, ms);
+    if (d->db)
+        sqlite3_progress_handler(d->db, d->timeLimitMs > 0 ? 10000 : 0,
+                                 d->timeLimitMs > 0 ? &Private::pastDeadline : nullptr, d.get());
 }
 
 void WordDatabase::readAnything()

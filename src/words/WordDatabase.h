@@ -22,6 +22,7 @@ struct TableDefinition {
 struct QueryResult {
     bool ok = false;
     QString error;            // French, empty when ok
+    bool timedOut = false;    // stopped by the time limit (see setTimeLimit)
     QStringList columns;
     std::vector<QVariantList> rows;
 };
@@ -63,6 +64,10 @@ public:
     // no pragma, no attach, no recursion. For conditions typed by the user.
     void readOnly(const QString &table);
     void readAnything();
+
+    // From now on a query that runs longer than `ms` (0: no limit) is stopped and fails
+    // with timedOut set. For conditions typed by the user, which may never end.
+    void setTimeLimit(int ms);
 
     // A name that can stand as a table in a statement: letters, digits and "_", not
     // starting with a digit, and not one of the engine's own tables.

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QStatusBar>
 #include <QtTest>
 
 using namespace kelvora;
@@ -132,6 +133,33 @@ private slots:
         if (condition.isEmpty())
             QCOMPARE(query->text(), QStringLiteral("mot like '*'"));
         QVERIFY(fx->prompts.messages.isEmpty());
+    }
+
+    // A typed condition that would run for ever is stopped: the words of the last
+    // condition stay, and the status bar says why (no message box).
+    void runawayConditionIsStopped()
+    {
+        open();
+        QLineEdit *query = w<QComboBox>("REQ")->lineEdit();
+        const auto apply = [&](const QString &condition) {
+            query->selectAll();
+            QTest::keyClicks(query, condition);
+            QTest::keyClick(query, Qt::Key_Return);
+        };
+        apply("mot like '[ab]*'");
+        QStringList joins;
+        for (char c = 'a'; c <= 'n'; ++c)
+            joins << QStringLiteral("mot %1").arg(c);
+        QElapsedTimer took;
+        took.start();
+        apply("mot in (select a.mot from " + joins.join(", ") + ")");
+        QVERIFY2(took.elapsed() < 10000, "the condition was not stopped");
+        QCOMPARE(caption(), QStringLiteral("2"));
+        QCOMPARE(word(), QStringLiteral("avion"));
+        QVERIFY2(win->statusBar()->currentMessage().startsWith("Requête arrêtée au bout de 2 s"), qPrintable(win->statusBar()->currentMessage()));
+        QVERIFY(fx->prompts.messages.isEmpty());
+        click("Data1suivant"); // the set still moves
+        QCOMPARE(word(), QStringLiteral("Bateau"));
     }
 
     void activationReadsTheTableAgain()
