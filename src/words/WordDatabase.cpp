@@ -64,6 +64,7 @@ int readOnlyAuthorizer(void *data, int action, const char *first, const char *, 
 struct WordDatabase::Private {
     QString path;
     QString error;
+    QString openError; // why the file could not be opened
     sqlite3 *db = nullptr;
     StatementCache cache{statementCacheSize};
     std::optional<QString> readableTable; // set: statements are guarded, and never cached
@@ -104,7 +105,8 @@ struct WordDatabase::Private {
     {
         error.clear();
         if (!db) {
-            fail(QStringLiteral("La base de mots %1 n'est pas ouverte.").arg(quoted(path)));
+            // Said again with its reason: the message may be the first the user sees.
+            fail(QStringLiteral("La base de mots %1 n'est pas ouverte : %2.").arg(quoted(path), openError));
             return nullptr;
         }
         sqlite3_stmt *statement = guarded() ? nullptr : cache.find(sql);
@@ -183,6 +185,7 @@ WordDatabase::WordDatabase(const QString &path, OpenMode mode)
 {
     d->path = path;
     if (path.isEmpty()) {
+        d->openError = QStringLiteral("aucun chemin");
         d->fail(QStringLiteral("Impossible d'ouvrir la base de mots \"\" : aucun chemin."));
         return;
     }
@@ -198,7 +201,13 @@ WordDatabase::WordDatabase(const QString &path, OpenMode mode)
     if (rc == SQLITE_OK) // a file that is not a database fails here rather than at first use
         rc = sqlite3_exec(db, "select count(*) from sqlite_master", nullptr, nullptr, nullptr);
     if (rc != SQLITE_OK) {
-        const QString reason = db ? QString::fromUtf8(sqlite3_errmsg(db)) : QString::fromUtf8(sqlite3_errstr(rc));
+        const int code = rc & 0xff;
+        const QString reason = code == SQLITE_NOTADB   ? QStringLiteral("ce fichier n'est pas une base de données")
+                               : code == SQLITE_CANTOPEN ? QStringLiteral("le fichier est absent ou ne peut pas être ouvert")
+                               : code == SQLITE_CORRUPT  ? QStringLiteral("la base est endommagée")
+                               : db                      ? QString::fromUtf8(sqlite3_errmsg(db))
+                                                         : QString::fromUtf8(sqlite3_errstr(rc));
+        d->openError = reason;
         d->fail(QStringLiteral("Impossible d'ouvrir la base de mots %1 : %2").arg(quoted(path), reason));
         sqlite3_close(db);
         return;

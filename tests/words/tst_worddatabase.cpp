@@ -91,6 +91,11 @@ private slots:
                      qPrintable(db.errorString()));
         QCOMPARE(db.exec("create table essai (mot TEXT )"), writes);
         QCOMPARE(db.errorString().isEmpty(), writes);
+        // A later statement still says why the base is not open.
+        if (!opens)
+            QVERIFY2(db.errorString().contains(file == "texte.db" ? "n'est pas ouverte : ce fichier n'est pas une base de données"
+                                                                 : "n'est pas ouverte : le fichier est absent"),
+                     qPrintable(db.errorString()));
     }
 
     void conditions_data()
