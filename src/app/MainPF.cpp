@@ -310,6 +310,7 @@ void MainPF::utilchanger()
         return;
     setUserCaption(m_session.currentUser);
     restorparamuser();
+    clearRendered(); // the sound was made for the user before
 }
 
 void MainPF::raz()

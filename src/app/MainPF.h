@@ -82,6 +82,7 @@ private:
     void buildAreas();
     void buildPlayback();
     void wirePlayback();
+    void clearRendered();
     void showRendered(const RenderResult &result);
     void decorate();
     void wireCommands();

@@ -59,6 +59,7 @@ void MainPF::wirePlayback()
             [this] { m_correction->cjouer(false); });
     connect(m_playback, &ExercisePlayback::notice, this, &MainPF::showNotice);
     connect(m_playback, &ExercisePlayback::rendered, this, &MainPF::showRendered);
+    connect(m_playback, &ExercisePlayback::soundDiscarded, this, &MainPF::clearRendered);
     connect(m_noise, &BackgroundNoise::notice, this, &MainPF::showNotice);
     connect(m_ptt, &PushToTalkControl::notice, this, &MainPF::showNotice);
     connect(m_correction, &CorrectionReplay::notice, this, &MainPF::showNotice);
@@ -85,6 +86,11 @@ void MainPF::showRendered(const RenderResult &r)
     statusBar()->findChild<QLabel *>(QStringLiteral("dureeExercice"))
         ->setText(QStringLiteral("Exercice prêt : %1 s de Morse")
                       .arg(QLocale(QLocale::French).toString(r.durationSeconds(), 'f', 1)));
+}
+
+void MainPF::clearRendered()
+{
+    statusBar()->findChild<QLabel *>(QStringLiteral("dureeExercice"))->clear();
 }
 
 void MainPF::testReferenceWord()

@@ -146,6 +146,7 @@ bool ExercisePlayback::prepare(bool userActed)
         // No sound to play: not even the one of an earlier exercise.
         m_controls.player->hide();
         m_controls.prepareButton->show();
+        emit soundDiscarded();
         if (userActed)
             m_prompts.message(m_controls.player->window(), error);
         else
@@ -238,6 +239,7 @@ void ExercisePlayback::onExerciseChanged()
     m_controls.prepareButton->show();
     m_controls.player->hide();
     showDeviceState();
+    emit soundDiscarded();
 }
 
 void ExercisePlayback::onExerciseReleased()

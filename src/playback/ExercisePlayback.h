@@ -78,6 +78,9 @@ signals:
     void correctionRequested();
     // A sound was written (rendered() comes before the player opens it).
     void rendered(const RenderResult &result);
+    // The sound prepared last is no longer the one to play (the text changed, or a new
+    // preparation failed).
+    void soundDiscarded();
     void notice(const QString &text);
 
 protected:

@@ -9,6 +9,7 @@
 #include "playback/MediaDevice.h"
 
 #include <QAbstractButton>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QStatusBar>
@@ -143,6 +144,29 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(playEnded(), patience);
     }
 
+    void readyStatusGoesWithItsSound_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addRow("text edited") << "edit";
+        QTest::addRow("user changed") << "user";
+    }
+    // "Exercice prêt : N s" describes the sound prepared: it goes when that sound does.
+    void readyStatusGoesWithItsSound()
+    {
+        QFETCH(QString, change);
+        openOn("E E");
+        auto *ready = win->statusBar()->findChild<QLabel *>("dureeExercice");
+        QVERIFY2(ready->text().startsWith("Exercice prêt : "), qPrintable(ready->text()));
+        if (change == "edit") {
+            QTest::keyClick(exo(), Qt::Key_T);
+            QVERIFY(!prepared());
+        } else {
+            fx->prompts.textAnswers.push_back(QStringLiteral("Lucie"));
+            trigger("utilchanger");
+        }
+        QCOMPARE(ready->text(), QString());
+    }
+
     void writeFailureLoadsNoSound_data()
     {
         QTest::addColumn<QString>("target"); // what tmp/test.wav becomes
@@ -173,6 +197,7 @@ private slots:
         QVERIFY2(fx->prompts.messages[0].startsWith("Impossible d'écrire le fichier « " + wav + " » : ") && fx->prompts.messages[0].contains(reason),
                  qPrintable(fx->prompts.messages[0]));
         QVERIFY(!prepared() && w("Command1")->isVisible() && !player()->isOpen());
+        QCOMPARE(win->statusBar()->findChild<QLabel *>("dureeExercice")->text(), QString());
         if (target == "full")
             QCOMPARE(testsupport::fileBytes(wav), old);
     }
