@@ -1,4 +1,5 @@
 #include "app/kvglobal.h"
+#include "ui/QtFrench.h"
 
 #include <QApplication>
 
@@ -11,6 +12,7 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Kelvora"));
     QApplication::setOrganizationName(QStringLiteral("Kelvora"));
+    kelvora::loadQtFrench();
     kelvora::kvglobal::Main(QApplication::arguments());
     return QApplication::exec();
 }

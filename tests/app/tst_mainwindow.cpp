@@ -1,5 +1,6 @@
 // The main window as it opens, its menus and views, and the settings panel in its place.
 #include "WindowTest.h"
+#include "ui/QtFrench.h"
 #include "core/Random.h"
 #include "panels/SoundSettingsPanel.h"
 #include "playback/ExercisePlayback.h"
@@ -20,6 +21,8 @@
 #include <QPushButton>
 #include <QTextBrowser>
 #include <QtEndian>
+#include <QDialogButtonBox>
+#include <QPushButton>
 #include <QtTest>
 
 using namespace kelvora;
@@ -56,6 +59,17 @@ class MainWindowTest : public testsupport::WindowTest {
     }
 
 private slots:
+    // Qt's own buttons speak French, as the program does.
+    void qtTextsInFrench()
+    {
+        if (!loadQtFrench())
+            QFAIL("Qt's French translations are missing: scripts/install-deps.sh installs qt6-translations-l10n");
+        QDialogButtonBox box(QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Yes | QDialogButtonBox::No);
+        QCOMPARE(box.button(QDialogButtonBox::Cancel)->text().remove('&'), QStringLiteral("Annuler"));
+        QCOMPARE(box.button(QDialogButtonBox::Yes)->text().remove('&'), QStringLiteral("Oui"));
+        QCOMPARE(box.button(QDialogButtonBox::No)->text().remove('&'), QStringLiteral("Non"));
+    }
+
     void opensOnTheGreetingWithTheDefaults()
     {
         open();
