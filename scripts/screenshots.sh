@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
-# Takes the two screenshots of the README from an existing build (nothing is built here):
-#   docs/mainwindow.png  the main window with an exercise of random groups, playing
-#   docs/settings.png    the settings panel
+# Takes the screenshots of the README from an existing build (nothing is built here):
+#   docs/mainwindow.png      the main window with an exercise of random groups, playing
+#   docs/settings.png        the settings panel
+#   docs/mainwindow-200.png  the same at 200 % scaling on a 1280x1024 screen, where the
+#   docs/settings-200.png    window must fit the screen (its columns scroll)
 # The program runs under a virtual X display (xvfb-run), on a fresh settings file, and
 # saves its own window once it is shown (--screenshot).
 # Usage: scripts/screenshots.sh [BUILD_DIR]   (default: build)
@@ -30,14 +32,16 @@ cleanup() {
 }
 trap cleanup EXIT
 
-shoot() { # OUTPUT, then the program's extra options
-  local out=$1; shift
+shoot() { # SCALE SCREEN OUTPUT, then the program's extra options
+  local scale=$1 screen=$2 out=$3; shift 3
   rm -f "$work/settings.ini"
-  xvfb-run -a -s "-screen 0 1280x900x24" \
+  QT_SCALE_FACTOR=$scale xvfb-run -a -s "-screen 0 ${screen}x24" \
     "$program" --root "$tree" --settings "$work/settings.ini" --seed 1 --screenshot "$out" "$@"
 }
 
 groups="KQZVB 38271 RXMTE WAJLY 54019 HPDNG CUOFS 72648 ZELQR BMYTK 90315 VGXHW"
-shoot "$here/docs/mainwindow.png" --screenshot-exercise "$groups" --screenshot-play
-shoot "$here/docs/settings.png" --screenshot-settings
-echo "screenshots: docs/mainwindow.png docs/settings.png"
+shoot 1 1280x900 "$here/docs/mainwindow.png" --screenshot-exercise "$groups" --screenshot-play
+shoot 1 1280x900 "$here/docs/settings.png" --screenshot-settings
+shoot 2 1280x1024 "$here/docs/mainwindow-200.png" --screenshot-exercise "$groups" --screenshot-play
+shoot 2 1280x1024 "$here/docs/settings-200.png" --screenshot-settings
+echo "screenshots: docs/mainwindow.png docs/settings.png docs/mainwindow-200.png docs/settings-200.png"

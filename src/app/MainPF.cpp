@@ -32,6 +32,7 @@
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QStatusBar>
 #include <QTimer>
 #include <QUrl>
@@ -122,6 +123,21 @@ void MainPF::decorate()
     m_ui->playerJouer->setIcon(icon(QStyle::SP_MediaPlay));
     m_ui->playerPause->setIcon(icon(QStyle::SP_MediaPause));
     m_ui->playerStop->setIcon(icon(QStyle::SP_MediaStop));
+    // Below its natural size (a small screen, 200 % scaling) the window scrolls rather
+    // than spilling off the screen.
+    auto *scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("defilementFenetre"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(takeCentralWidget());
+    setCentralWidget(scroll);
+    // The view buttons may come down to their text: the style's wider minimum would
+    // push the window past a small screen.
+    for (QPushButton *button : {m_ui->Command14, m_ui->Command15, m_ui->Command16, m_ui->Command11,
+                                m_ui->Command17, m_ui->Command18}) {
+        const int text = button->fontMetrics().horizontalAdvance(button->text());
+        button->setMinimumWidth(text + 2 * button->fontMetrics().averageCharWidth() + 8);
+    }
     // The time box holds "length - position" of an hour-long exercise, and no more.
     m_ui->TRB->setFixedWidth(m_ui->TRB->fontMetrics().horizontalAdvance(
                                  QStringLiteral("00'00''000 - 00'00''000"))
@@ -160,6 +176,8 @@ void MainPF::decorate()
         label->setObjectName(QString::fromLatin1(name));
         label->setAccessibleName(QString::fromUtf8(accessible));
         label->setToolTip(QString::fromUtf8(tip));
+        // May be cut short in a narrow window, rather than widen it past the screen.
+        label->setMinimumWidth(label->fontMetrics().averageCharWidth() * 6);
         statusBar()->addPermanentWidget(label);
     }
 }

@@ -59,6 +59,18 @@ class MainWindowTest : public testsupport::WindowTest {
     }
 
 private slots:
+    // At 200 % a 1280x1024 screen is 640x512 of the window's own pixels: the main window
+    // and its settings page (columns that scroll) must go down to that, title bar aside.
+    void fitsA1280x1024ScreenAt200Percent()
+    {
+        open();
+        const QSize fits(640, 512 - 40);
+        QVERIFY2(win->minimumSizeHint().boundedTo(fits) == win->minimumSizeHint(),
+                 qPrintable(QStringLiteral("%1x%2").arg(win->minimumSizeHint().width()).arg(win->minimumSizeHint().height())));
+        trigger("reglager"); // the settings page
+        QVERIFY(win->minimumSizeHint().boundedTo(fits) == win->minimumSizeHint());
+    }
+
     // Qt's own buttons speak French, as the program does.
     void qtTextsInFrench()
     {
