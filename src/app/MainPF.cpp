@@ -4,6 +4,7 @@
 #include "ui_MainPFOptions.h"
 
 #include "ui/AboutBox.h"
+#include "ui/Accessibility.h"
 #include "ui/BoxText.h"
 #include "settings/ChoiceLists.h"
 #include "ui/ColourScheme.h"
@@ -26,6 +27,7 @@
 #include "playback/PushToTalkControl.h"
 #include "words/WordDatabase.h"
 
+#include <QAccessible>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -52,6 +54,7 @@ MainPF::MainPF(Session &session, const QString &settingsPath, UserPrompts &promp
     , m_devices(devices)
     , m_store(std::make_unique<SettingsStore>(settingsPath))
 {
+    accessibility::install(); // before any interface of this window is made
     m_ui->setupUi(this);
     m_options->setupUi(m_ui->voletContenu);
     // The reference table stays open for the window's life, as its bound record set does.
@@ -65,6 +68,8 @@ MainPF::MainPF(Session &session, const QString &settingsPath, UserPrompts &promp
     wirePlayback();
     wirePanel();
     markLaterCommands();
+    accessibility::nameControls(this);
+    accessibility::hideItemsOfHiddenPages(m_ui->vues);
     Form_Load();
 }
 
@@ -174,7 +179,8 @@ void MainPF::decorate()
         auto *label = new QLabel(statusBar());
         label->setContentsMargins(6, 0, 6, 0);
         label->setObjectName(QString::fromLatin1(name));
-        label->setAccessibleName(QString::fromUtf8(accessible));
+        // Read as its text; what it is goes in the description.
+        label->setAccessibleDescription(QString::fromUtf8(accessible));
         label->setToolTip(QString::fromUtf8(tip));
         // May be cut short in a narrow window, rather than widen it past the screen.
         label->setMinimumWidth(label->fontMetrics().averageCharWidth() * 6);
@@ -269,6 +275,9 @@ void MainPF::setUserCaption(const QString &user)
 void MainPF::showNotice(const QString &text)
 {
     statusBar()->showMessage(text, 15000);
+    // A screen reader is told, as it is of a label's new text.
+    QAccessibleEvent changed(statusBar(), QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&changed);
 }
 
 void MainPF::onGroupCountChanged(const QString &text)

@@ -2,6 +2,7 @@
 
 #include <QColorDialog>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 
 namespace kelvora {
@@ -13,12 +14,18 @@ void DialogPrompts::message(QWidget *parent, const QString &text)
 
 std::optional<QString> DialogPrompts::askText(QWidget *parent, const QString &prompt)
 {
-    bool ok = false;
-    const QString answer = QInputDialog::getText(parent, QString(), prompt, QLineEdit::Normal,
-                                                 QString(), &ok);
-    if (!ok)
+    QInputDialog dialog(parent);
+    // Named for screen readers, which would otherwise find a nameless window.
+    dialog.setWindowTitle(QStringLiteral("Kelvora"));
+    dialog.setAccessibleName(QStringLiteral("Question de Kelvora"));
+    dialog.setAccessibleDescription(prompt);
+    dialog.setLabelText(prompt);
+    dialog.setInputMode(QInputDialog::TextInput);
+    if (auto *field = dialog.findChild<QLineEdit *>())
+        field->setAccessibleName(QStringLiteral("Votre réponse"));
+    if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
-    return answer;
+    return dialog.textValue();
 }
 
 std::optional<QColor> DialogPrompts::askColour(QWidget *parent, const QColor &initial)
