@@ -36,6 +36,8 @@ constexpr int leadMs = 40;
 // A stream whose server takes nothing for this long is waiting for its pre-buffer when
 // it holds less (run dry): it is given that much.
 constexpr int primeAfterMs = 60;
+// Sounds shorter than this are characters of a correction, played one after another.
+constexpr int shortSoundMs = 1000;
 // How long an idle stream is kept for the next sound.
 constexpr int lingerMs = 10000;
 
@@ -191,13 +193,16 @@ bool SinkPcmOutput::start(qint64 fromMs)
     m_startByte = qsizetype(qBound<qint64>(0, m_format.bytesForMs(fromMs), m_pcm.size()));
     m_next = m_startByte;
     if (m_written == 0) {
-        // A new stream starts with the lead that every later sound finds queued before it,
-        // so that played time counts alike for all. It plays once the server holds its
-        // pre-buffer (nearly the whole buffer): a shorter sound goes behind silence that
-        // makes it up, not before, so that only the lead follows it.
+        // A new stream plays once the server holds its pre-buffer (nearly the whole
+        // buffer): a shorter sound goes behind silence that makes it up, not before, so
+        // that only the lead follows it. A short sound (a character, which another
+        // follows) also finds before it the lead every later one finds, so that the
+        // pause after it is exact; a long one (an exercise) starts at once.
         const int frame = m_format.bytesPerFrame();
         const qint64 prebuffer = m_sink->bufferSize();
-        const qsizetype missing = qsizetype(qMax(m_format.bytesForMs(leadMs), prebuffer - (m_pcm.size() - m_startByte))) / frame * frame;
+        const qint64 sound = m_pcm.size() - m_startByte;
+        const qint64 lead = sound < m_format.bytesForMs(shortSoundMs) ? m_format.bytesForMs(leadMs) : 0;
+        const qsizetype missing = qsizetype(qMax(lead, prebuffer - sound)) / frame * frame;
         qsizetype written = 0;
         if (missing > 0 && !write(m_silence.constData(), qMin(missing, m_silence.size()), &written))
             qCWarning(lcPlayback) << "audio sink refused its first silence";
