@@ -210,7 +210,10 @@ bool CheckedFile::commit()
     m_fd = -1;
     if (::close(fd) != 0)
         return fail(errno);
-    if (::rename(m_temp.constData(), QFile::encodeName(m_target).constData()) != 0)
+    const QByteArray target = QFile::encodeName(m_target);
+    if (!m_atomic && ::unlink(target.constData()) != 0 && errno != ENOENT)
+        return fail(errno);
+    if (::rename(m_temp.constData(), target.constData()) != 0)
         return fail(errno);
     m_committed = true;
     return true;

@@ -30,7 +30,14 @@ public:
     bool write(const iovec *pieces, int count);
     // Overwrites bytes already written (a header completed at the end).
     bool writeAt(qint64 offset, const QByteArray &bytes);
+    // Puts the complete file in place of the target.
     bool commit();
+
+    // For a file that can be made again (a rendered sound): the old target is removed
+    // just before the rename instead of being replaced by it. A rename over a file makes
+    // ext4 write the new one out at once, which doubles the cost of a large render; the
+    // price is that a crash between the two steps leaves no file, never a partial one.
+    void setReplaceInPlace(bool atomic) { m_atomic = atomic; }
 
     qint64 size() const { return m_size; } // bytes written so far
     QString path() const { return m_path; }
@@ -55,6 +62,7 @@ private:
     int m_fd = -1;
     qint64 m_size = 0;
     bool m_committed = false;
+    bool m_atomic = true;
     QString m_error;
     QString m_reason;
 };

@@ -110,6 +110,9 @@ RenderResult test(const RenderRequest &request, PatternLookup &lookup)
     // that a failure leaves the pair as it was.
     CheckedFile wav(request.wavPath);
     CheckedFile copy(request.textPath);
+    // Both are made again at every render: see CheckedFile on the cost of replacing.
+    wav.setReplaceInPlace(false);
+    copy.setReplaceInPlace(false);
     if (!wav.open() || !wav.write(QByteArray(wavHeaderSize, ' ')) || !copy.open()
         || !copy.write(windows1252::encode(r.trimmedText))) {
         r.ok = false;
