@@ -2,6 +2,7 @@
 
 #include <QColorDialog>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 
@@ -23,6 +24,11 @@ std::optional<QString> DialogPrompts::askText(QWidget *parent, const QString &pr
     dialog.setInputMode(QInputDialog::TextInput);
     if (auto *field = dialog.findChild<QLineEdit *>())
         field->setAccessibleName(QStringLiteral("Votre réponse"));
+    // The long questions wrap in a window of a reading width, not one line across the screen.
+    if (auto *label = dialog.findChild<QLabel *>()) {
+        label->setWordWrap(true);
+        label->setMinimumWidth(label->fontMetrics().averageCharWidth() * 60);
+    }
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     return dialog.textValue();
