@@ -113,12 +113,15 @@ RenderResult test(const RenderRequest &request, PatternLookup &lookup)
     // Both are made again at every render: see CheckedFile on the cost of replacing.
     wav.setReplaceInPlace(false);
     copy.setReplaceInPlace(false);
-    if (!wav.open() || !wav.write(QByteArray(wavHeaderSize, ' ')) || !copy.open()
-        || !copy.write(windows1252::encode(r.trimmedText))) {
+    const auto failed = [&] {
         r.ok = false;
         r.error = wav.failed() ? wav.errorString() : copy.errorString();
+        r.dataBytes = 0;
         return r;
-    }
+    };
+    if (!wav.open() || !wav.write(QByteArray(wavHeaderSize, ' ')) || !copy.open()
+        || !copy.write(windows1252::encode(r.trimmedText)))
+        return failed();
 
     QString sent = textToSend(r);
     if (request.debfin)
@@ -155,11 +158,8 @@ RenderResult test(const RenderRequest &request, PatternLookup &lookup)
         r.truncated = sink.truncated();
     }
     r.dataBytes = quint64(wav.size() - wavHeaderSize);
-    if (!wav.writeAt(0, wavHeader(quint32(r.dataBytes))) || !wav.commit() || !copy.commit()) {
-        r.ok = false;
-        r.error = wav.failed() ? wav.errorString() : copy.errorString();
-        r.dataBytes = 0;
-    }
+    if (!wav.writeAt(0, wavHeader(quint32(r.dataBytes))) || !wav.commit() || !copy.commit())
+        return failed();
     return r;
 }
 

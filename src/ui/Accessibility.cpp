@@ -4,6 +4,7 @@
 #include <QAccessibleWidget>
 #include <QComboBox>
 #include <QFormLayout>
+#include <QHash>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -14,13 +15,10 @@ namespace kelvora::accessibility {
 namespace {
 
 // The label that names `w`: a label whose buddy it is, or its label in a form.
-QString labelFor(const QWidget *w)
+QString labelFor(const QWidget *w, const QHash<const QWidget *, const QLabel *> &buddies)
 {
-    const QWidget *window = w->window();
-    for (const QLabel *label : window->findChildren<QLabel *>()) {
-        if (label->buddy() == w)
-            return label->text().remove(u'&');
-    }
+    if (const QLabel *label = buddies.value(w))
+        return label->text().remove(u'&');
     for (const QWidget *p = w->parentWidget(); p; p = p->parentWidget()) {
         if (const auto *form = qobject_cast<const QFormLayout *>(p->layout())) {
             if (const auto *label = qobject_cast<const QLabel *>(form->labelForField(const_cast<QWidget *>(w))))
@@ -28,15 +26,6 @@ QString labelFor(const QWidget *w)
         }
     }
     return {};
-}
-
-QString nameOf(const QWidget *w)
-{
-    if (!w->accessibleName().isEmpty())
-        return w->accessibleName();
-    if (const QString label = labelFor(w); !label.isEmpty())
-        return label;
-    return w->toolTip();
 }
 
 // A combo box named by its label, its value apart, with its text box and list as
@@ -54,8 +43,8 @@ public:
     QString text(QAccessible::Text t) const override
     {
         switch (t) {
-        case QAccessible::Name:
-            return nameOf(combo());
+        case QAccessible::Name: // set from its label by nameControls
+            return combo()->accessibleName();
         case QAccessible::Value:
             return combo()->currentText();
         default:
@@ -121,39 +110,41 @@ void install()
 
 void nameControls(QWidget *root)
 {
+    QHash<const QWidget *, const QLabel *> buddies;
+    for (const QLabel *label : root->findChildren<QLabel *>()) {
+        if (label->buddy())
+            buddies.insert(label->buddy(), label);
+    }
     for (QWidget *w : root->findChildren<QWidget *>()) {
         auto *combo = qobject_cast<QComboBox *>(w);
         const bool control = combo || qobject_cast<QLineEdit *>(w) || qobject_cast<QAbstractItemView *>(w);
-        if (!control || !w->accessibleName().isEmpty())
+        if (!control)
             continue;
-        if (const QString name = nameOf(w); !name.isEmpty())
-            w->setAccessibleName(name);
-    }
-    for (QComboBox *combo : root->findChildren<QComboBox *>()) {
-        const QString name = nameOf(combo);
-        if (name.isEmpty())
-            continue;
-        if (combo->lineEdit())
-            combo->lineEdit()->setAccessibleName(name);
-        combo->view()->setAccessibleName(name + QStringLiteral(" : liste des choix"));
+        if (w->accessibleName().isEmpty()) {
+            const QString label = labelFor(w, buddies);
+            w->setAccessibleName(label.isEmpty() ? w->toolTip() : label);
+        }
+        if (combo && !combo->accessibleName().isEmpty()) {
+            if (combo->lineEdit())
+                combo->lineEdit()->setAccessibleName(combo->accessibleName());
+            combo->view()->setAccessibleName(combo->accessibleName() + QStringLiteral(" : liste des choix"));
+        }
     }
 }
 
 void hideItemsOfHiddenPages(QStackedWidget *pages)
 {
     const auto apply = [pages] {
-        for (int i = 0; i < pages->count(); ++i) {
-            const bool hidden = i != pages->currentIndex();
-            for (QListView *list : pages->widget(i)->findChildren<QListView *>()) {
-                if (!list->model())
-                    continue;
-                for (int row = 0; row < list->model()->rowCount(list->rootIndex()); ++row)
-                    list->setRowHidden(row, hidden);
-            }
-            if (auto *list = qobject_cast<QListView *>(pages->widget(i)); list && list->model()) {
-                for (int row = 0; row < list->model()->rowCount(list->rootIndex()); ++row)
-                    list->setRowHidden(row, hidden);
-            }
+        for (QListView *list : pages->findChildren<QListView *>()) {
+            if (!list->model())
+                continue;
+            // The page holding the list is the stack's child it lies in (or the list itself).
+            QWidget *page = list;
+            while (page->parentWidget() != pages)
+                page = page->parentWidget();
+            const bool hidden = page != pages->currentWidget();
+            for (int row = 0; row < list->model()->rowCount(list->rootIndex()); ++row)
+                list->setRowHidden(row, hidden);
         }
     };
     QObject::connect(pages, &QStackedWidget::currentChanged, pages, apply);

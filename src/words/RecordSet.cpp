@@ -25,20 +25,24 @@ QString RecordSet::withRowid(const QString &source)
     return QStringLiteral("select rowid, * ") + source.mid(m.capturedEnd());
 }
 
+void RecordSet::clearRows()
+{
+    m_rows.clear();
+    m_position = -1;
+}
+
 bool RecordSet::refresh()
 {
     m_error.clear();
     m_timedOut = false;
     if (m_source.trimmed().isEmpty()) {
-        m_rows.clear();
-        m_position = -1;
+        clearRows();
         return true; // no source: an empty set, as a closed data control shows
     }
 
     WordDatabase db(m_databasePath, WordDatabase::OpenMode::ReadOnly);
     if (!db.isOpen()) {
-        m_rows.clear();
-        m_position = -1;
+        clearRows();
         m_error = db.errorString();
         qCWarning(lcWords) << "record set:" << m_error;
         return false;
@@ -53,14 +57,11 @@ bool RecordSet::refresh()
         m_error = result.error;
         m_timedOut = result.timedOut;
         qCWarning(lcWords) << "record set:" << m_error;
-        if (!m_timedOut) {
-            m_rows.clear();
-            m_position = -1;
-        }
+        if (!m_timedOut)
+            clearRows();
         return false;
     }
-    m_rows.clear();
-    m_position = -1;
+    clearRows();
     const bool hasRowid = sql != m_source;
     const qsizetype first = hasRowid ? 1 : 0;
     qsizetype wordColumn = result.columns.indexOf(QStringLiteral("mot"), first);

@@ -60,6 +60,8 @@ private:
         QString word;
     };
 
+    void clearRows();
+
     QString m_databasePath;
     QString m_source;
     QString m_readableTable;

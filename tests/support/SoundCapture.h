@@ -195,9 +195,9 @@ inline QList<Segment> segments(const QByteArray &u8, int rate, int windowMs = 5,
 }
 
 // The runs of a recording at MonitorRecorder::rate, without the silence around them.
-inline QList<Segment> toneRuns(const QByteArray &u8)
+inline QList<Segment> toneRuns(const QByteArray &u8, int bridgeMs = 30)
 {
-    QList<Segment> runs = segments(u8, MonitorRecorder::rate);
+    QList<Segment> runs = segments(u8, MonitorRecorder::rate, 5, 12, bridgeMs);
     while (!runs.isEmpty() && !runs.first().tone)
         runs.removeFirst();
     while (!runs.isEmpty() && !runs.last().tone)
