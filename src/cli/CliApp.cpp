@@ -4,12 +4,18 @@
 #include "settings/SettingsStore.h"
 #include "core/Numbers.h"
 #include "core/TextUtils.h"
+#include "core/Random.h"
 #include "core/Windows1252.h"
+#include "exercises/Generators.h"
+#include "exercises/TableWords.h"
+#include "settings/ChoiceLists.h"
+#include "settings/UserProfile.h"
 #include "morse/PatternLookup.h"
 #include "morse/RenderSound.h"
 #include "morse/SoundSettings.h"
 #include "words/WordDatabase.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QIODevice>
@@ -34,7 +40,8 @@ struct UsageError {
 const QStringList valueOptions = {
     "--root", "--settings", "--user", "--wpm", "--word", "--freq", "--volume", "--ct", "--cs",
     "--cl", "--cm", "--sup", "--deb", "--fin", "--debfin", "--text", "--file", "--selection",
-    "-o", "--txt",
+    "-o", "--txt", "--seed", "--count", "--min", "--max", "--progress", "--renfor", "--table",
+    "--where", "--append",
 };
 
 struct Command {
@@ -218,6 +225,69 @@ int renderCommand(const Command &c, const SoundSettings &s, const AppPaths &path
     return exitOk;
 }
 
+// The seed of the one random source: any whole number (a negative one counts modulo 2^64).
+std::optional<quint64> seedOf(const Command &c)
+{
+    const auto text = option(c, "--seed");
+    if (!text)
+        return std::nullopt;
+    bool ok = false;
+    quint64 seed = text->trimmed().toULongLong(&ok);
+    if (!ok)
+        seed = quint64(text->trimmed().toLongLong(&ok));
+    if (!ok)
+        throw UsageError{QStringLiteral("--seed attend un nombre entier, pas « %1 ».").arg(*text)};
+    return seed;
+}
+
+int exerciseCommand(const Command &c, const SettingsStore &store, const QString &user,
+                    const AppPaths &paths, QTextStream &out, QTextStream &err)
+{
+    if (c.positional.size() != 2)
+        throw UsageError{QStringLiteral("La commande exercise attend un seul genre d'exercice.")};
+    const auto kind = exercises::kindNamed(c.positional[1]);
+    if (!kind)
+        throw UsageError{QStringLiteral("Genre d'exercice inconnu : %1").arg(c.positional[1])};
+
+    // What the window's boxes would hold for this user, each through its box's own rule.
+    const UserProfile profile = UserProfile::read(store, user);
+    namespace k = userKeys;
+    exercises::Options options;
+    options.groupCount = choiceLists::clampGroupCount(option(c, "--count").value_or(profile.text(k::nbgroup)));
+    options.shortest = option(c, "--min").value_or(profile.text(k::grmin));
+    options.longest = option(c, "--max").value_or(profile.text(k::grmax));
+    options.progression = option(c, "--progress").value_or(profile.text(k::progress));
+    options.reinforcement = option(c, "--renfor").value_or(QString()).trimmed();
+    const auto present = option(c, "--append");
+
+    const bool mockExam = *kind == exercises::Kind::MockExam;
+    const QString table = mockExam ? QStringLiteral("mot")
+                                   : option(c, "--table").value_or(profile.text(k::lasttable));
+    TableWords words(paths.wordDatabasePath, table, mockExam ? QString() : option(c, "--where").value_or(QString()));
+
+    // Nothing draws between the seeding and the exercise: the text is a function of the
+    // seed, the options and the table.
+    if (const auto seed = seedOf(c))
+        random::seed(*seed);
+    else
+        random::seedFromClock();
+    const QDeadlineTimer deadline(5000); // the window's watchdog
+    const exercises::Result r = exercises::generate(*kind, present.value_or(QString()), present.has_value(),
+                                                    options, &words,
+                                                    [&deadline] { return !deadline.hasExpired(); });
+    out << r.text;
+    out.flush();
+    if (r.abandoned)
+        err << QString::fromUtf8(exercises::abandonMessage) << '\n';
+    if (!r.notice.isEmpty()) {
+        err << r.notice << '\n';
+        // A condition or a table the engine refused is an error, an empty table is not.
+        if (!words.error().isEmpty())
+            return exitError;
+    }
+    return exitOk;
+}
+
 } // namespace
 
 QString usage()
@@ -234,7 +304,13 @@ QString usage()
         "  timing        affiche le calcul du timing (NOM=valeur) et la ligne d'information\n"
         "  pattern C     affiche le motif et le fichier son du caractère C\n"
         "  render        écrit le son du texte (--text T, --file F en Windows-1252, ou l'entrée\n"
-        "                standard en UTF-8) ; --selection DEBUT,LONGUEUR ; -o WAV ; --txt TXT\n");
+        "                standard en UTF-8) ; --selection DEBUT,LONGUEUR ; -o WAV ; --txt TXT\n"
+        "  exercise GENRE  écrit le texte d'un exercice sur la sortie standard ; GENRE : letters,\n"
+        "                digits, punctuation, mixed, exam, progression-words, words, words-plain,\n"
+        "                callsigns ou mock-exam ; --count N --min A --max B --progress P\n"
+        "                --renfor C --table T --where CONDITION --append TEXTE\n"
+        "\n"
+        "--seed S (avant la commande) rend les tirages reproductibles.\n");
 }
 
 int run(const QStringList &arguments, const QString &executableDir, QTextStream &out,
@@ -247,9 +323,9 @@ int run(const QStringList &arguments, const QString &executableDir, QTextStream 
             return exitOk;
         }
         if (c.positional.isEmpty())
-            throw UsageError{QStringLiteral("Il manque la commande (timing, pattern ou render).")};
+            throw UsageError{QStringLiteral("Il manque la commande (timing, pattern, render ou exercise).")};
         const QString command = c.positional.first();
-        if (command != "timing" && command != "pattern" && command != "render")
+        if (command != "timing" && command != "pattern" && command != "render" && command != "exercise")
             throw UsageError{QStringLiteral("Commande inconnue : %1").arg(command)};
 
         const AppPaths paths = AppPaths::fromProgramDir(resolveProgramDir(
@@ -272,6 +348,8 @@ int run(const QStringList &arguments, const QString &executableDir, QTextStream 
             return exitError;
         }
         PatternLookup lookup(database);
+        if (command == "exercise")
+            return exerciseCommand(c, store, user, paths, out, err);
         if (command == "timing")
             return timingCommand(settings, lookup, out, err);
         if (command == "pattern")

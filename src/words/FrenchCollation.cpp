@@ -198,4 +198,37 @@ int compareUtf8(std::string_view a, std::string_view b)
     return compareText(Utf8Text{a}, Utf8Text{b});
 }
 
+quint64 primaryPrefixUtf8(std::string_view text)
+{
+    // Plain ASCII needs no table: its letters are the characters, folded.
+    quint64 ascii = 0;
+    const size_t n = std::min<size_t>(text.size(), 8);
+    bool plain = true;
+    for (size_t i = 0; i < n && plain; ++i) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        plain = c < 0x7F;
+        ascii |= quint64(asciiLower(c) + 1) << (56 - 8 * i);
+    }
+    // A mark may follow the eighth character and change nothing, but a non-ASCII
+    // character inside the first eight needs the general reading.
+    if (plain)
+        return ascii;
+    const Utf8Text utf8{text};
+    LetterReader<Utf8Text> reader{utf8};
+    quint64 key = 0;
+    int shift = 56;
+    char32_t letter = 0;
+    // A byte per letter, 0 standing for the end of the word: a shorter word sorts first.
+    // A letter beyond ASCII takes the highest byte and ends the key, as the bytes after
+    // it could not keep the order.
+    while (shift >= 0 && reader.next(letter)) {
+        const quint64 byte = letter < 0x7F ? letter + 1 : 0xFF;
+        key |= byte << shift;
+        shift -= 8;
+        if (byte == 0xFF)
+            break;
+    }
+    return key;
+}
+
 } // namespace kelvora::frenchCollation

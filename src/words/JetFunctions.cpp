@@ -208,6 +208,28 @@ void mid(sqlite3_context *ctx, int argc, sqlite3_value **argv)
     resultSlice(ctx, s, from, argc == 3 ? from + byteOffset(rest, length) : s.size);
 }
 
+// madeof(word, characters): 1 when every character of the word is one of `characters`
+// (an empty or NULL word qualifies), else 0. UTF-8 being self-synchronising, a whole
+// character found inside valid UTF-8 is found on a character boundary.
+void madeOf(sqlite3_context *ctx, int, sqlite3_value **argv)
+{
+    const Utf8Arg word = utf8Arg(argv[0]);
+    const Utf8Arg set = utf8Arg(argv[1]);
+    const std::string_view characters(set.data ? set.data : "", size_t(set.size));
+    int i = 0;
+    while (i < word.size) {
+        int end = i + 1;
+        while (end < word.size && isContinuation(word.data[end]))
+            ++end;
+        if (characters.find(std::string_view(word.data + i, size_t(end - i))) == std::string_view::npos) {
+            sqlite3_result_int(ctx, 0);
+            return;
+        }
+        i = end;
+    }
+    sqlite3_result_int(ctx, 1);
+}
+
 int frenchCompare(void *, int sizeA, const void *a, int sizeB, const void *b)
 {
     return frenchCollation::compareUtf8(std::string_view(static_cast<const char *>(a), size_t(sizeA)),
@@ -235,6 +257,7 @@ int install(sqlite3 *db)
         {queryDialect::rightFunction, 2, right},
         {"mid", 2, mid},
         {"mid", 3, mid},
+        {queryDialect::madeOfFunction, 2, madeOf},
     };
     for (const Entry &e : entries) {
         const int rc = sqlite3_create_function_v2(db, e.name, e.argc, SQLITE_UTF8 | SQLITE_DETERMINISTIC,

@@ -8,6 +8,8 @@ namespace kelvora::queryDialect {
 inline constexpr char collationName[] = "KVFR";
 inline constexpr char leftFunction[] = "jet_left";   // "left(" is a syntax error in SQLite
 inline constexpr char rightFunction[] = "jet_right";
+// madeof(word, characters): every character of the word is one of `characters`.
+inline constexpr char madeOfFunction[] = "madeof";
 
 // Rewrites one text of the program's query dialect (Access/Jet style) as SQLite:
 // "text" -> 'text', [name] -> "name", left( / right( -> jet_left( / jet_right(,

@@ -70,11 +70,24 @@ struct WordDatabase::Private {
     std::optional<QString> readableTable; // set: statements are guarded, and never cached
     int timeLimitMs = 0;
     QDeadlineTimer deadline = QDeadlineTimer::Forever;
+    std::function<bool()> keepGoing;
+    bool interrupted = false;
 
     // SQLite's progress handler: a non-zero answer interrupts the statement.
-    static int pastDeadline(void *data)
+    static int shouldStop(void *data)
     {
-        return static_cast<const Private *>(data)->deadline.hasExpired() ? 1 : 0;
+        auto *self = static_cast<Private *>(data);
+        if (self->deadline.hasExpired() || (self->keepGoing && !self->keepGoing()))
+            self->interrupted = true;
+        return self->interrupted ? 1 : 0;
+    }
+
+    void installProgressHandler()
+    {
+        const bool watched = timeLimitMs > 0 || keepGoing;
+        if (db)
+            sqlite3_progress_handler(db, watched ? 10000 : 0, watched ? &Private::shouldStop : nullptr,
+                                     this);
     }
 
     sqlite3_stmt *guardedStatement = nullptr;
@@ -104,6 +117,7 @@ struct WordDatabase::Private {
     sqlite3_stmt *prepare(const QString &sql, const QVariantList &values)
     {
         error.clear();
+        interrupted = false;
         if (!db) {
             // Said again with its reason: the message may be the first the user sees.
             fail(QStringLiteral("La base de mots %1 n'est pas ouverte : %2.").arg(quoted(path), openError));
@@ -294,9 +308,38 @@ void WordDatabase::readOnly(const QString &table)
 void WordDatabase::setTimeLimit(int ms)
 {
     d->timeLimitMs = qMax(0, ms);
-    if (d->db)
-        sqlite3_progress_handler(d->db, d->timeLimitMs > 0 ? 10000 : 0,
-                                 d->timeLimitMs > 0 ? &Private::pastDeadline : nullptr, d.get());
+    d->installProgressHandler();
+}
+
+void WordDatabase::setInterruptCheck(std::function<bool()> keepGoing)
+{
+    d->keepGoing = std::move(keepGoing);
+    d->installProgressHandler();
+}
+
+bool WordDatabase::wasInterrupted() const
+{
+    return d->interrupted;
+}
+
+bool WordDatabase::scanText(const QString &sql, const QVariantList &values,
+                            const std::function<bool(std::string_view)> &row)
+{
+    d->deadline = d->timeLimitMs > 0 ? QDeadlineTimer(d->timeLimitMs) : QDeadlineTimer(QDeadlineTimer::Forever);
+    sqlite3_stmt *statement = d->prepare(sql, values);
+    if (!statement)
+        return false;
+    int rc = SQLITE_DONE;
+    while ((rc = sqlite3_step(statement)) == SQLITE_ROW) {
+        const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, 0));
+        const int size = sqlite3_column_bytes(statement, 0);
+        if (!row(text ? std::string_view(text, size_t(size)) : std::string_view())) {
+            rc = SQLITE_DONE;
+            break;
+        }
+    }
+    d->deadline = QDeadlineTimer(QDeadlineTimer::Forever);
+    return d->finish(statement, rc, sql);
 }
 
 void WordDatabase::readAnything()

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 struct sqlite3;
@@ -50,6 +51,11 @@ public:
     bool exec(const QString &sql, const QVariantList &values = {});
     // A statement that returns rows; maxRows < 0 reads them all.
     QueryResult query(const QString &sql, const QVariantList &values = {}, int maxRows = -1);
+    // The first column of each row, as the engine's UTF-8 (valid until the next row), for
+    // reading a whole table without building a value per cell. NULL reads as empty. The
+    // callback returns false to stop early. False on an error (errorString()).
+    bool scanText(const QString &sql, const QVariantList &values,
+                  const std::function<bool(std::string_view)> &row);
 
     bool transaction();
     bool commit();
@@ -68,6 +74,11 @@ public:
     // From now on a query that runs longer than `ms` (0: no limit) is stopped and fails
     // with timedOut set. For conditions typed by the user, which may never end.
     void setTimeLimit(int ms);
+    // From now on a running statement asks `keepGoing` every few thousand steps and stops
+    // (failing, as interrupted) when it answers false. Empty: nobody is asked.
+    void setInterruptCheck(std::function<bool()> keepGoing);
+    // True when the last statement failed because it was stopped (time limit or check).
+    bool wasInterrupted() const;
 
     // A name that can stand as a table in a statement: letters, digits and "_", not
     // starting with a digit, and not one of the engine's own tables.

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "exercises/WordSource.h"
+
+namespace kelvora {
+
+class WordDatabase;
+
+// The words of one table of the word database, with an optional condition in the
+// program's query dialect, in the order "order by mot" gives them (French,
+// case-insensitive; equal words in the table's order). The condition may read that
+// table and nothing else, and runs for 2 s at most, as a condition typed in the window.
+//
+// A draw needs only the words at a few positions: they are picked out of one scan of
+// the table instead of sorting the whole table, which on a list of 350,000 words is
+// several times slower than the scan.
+class TableWords : public WordSource {
+public:
+    TableWords(const QString &databasePath, const QString &table, const QString &condition = {});
+
+    QString name() const override { return m_table; }
+    int count() override;
+    std::vector<QString> wordsAt(const std::vector<int> &positions) override;
+    std::optional<std::vector<QString>>
+    wordsMadeOf(const QString &characters, const std::function<bool()> &keepGoing) override;
+    QString error() const override { return m_error; }
+
+    void setTimeLimit(int ms) { m_timeLimitMs = ms; }
+
+private:
+    // The words of the set in the table's order, as UTF-8 in one block.
+    struct Words {
+        std::string bytes;
+        std::vector<std::pair<size_t, size_t>> spans; // offset, size
+        std::vector<quint64> keys; // sort keys, when asked for
+        std::string_view at(size_t i) const { return {bytes.data() + spans[i].first, spans[i].second}; }
+    };
+    bool open(WordDatabase &db);
+    bool scan(const QString &sql, const QVariantList &values, Words &words, bool withKeys,
+              const std::function<bool()> &keepGoing = {});
+    QString select() const; // "select mot from T [where C]"
+
+    QString m_databasePath;
+    QString m_table;
+    QString m_condition;
+    int m_timeLimitMs = 2000;
+    QString m_error;
+};
+
+} // namespace kelvora
