@@ -1,8 +1,10 @@
 #include "CliApp.h"
 #include "RefFixture.h"
 #include "TestPaths.h"
+#include "words/WordDatabase.h"
 
 #include <QBuffer>
+#include <QRegularExpression>
 #include <QProcess>
 #include <QtTest>
 
@@ -22,6 +24,10 @@ private slots:
     void render_data();
     void render();
     void renderFromWindows1252File();
+    void exercisePinned_data();
+    void exercisePinned();
+    void exerciseOptions_data();
+    void exerciseOptions();
     void badUsage_data();
     void badUsage();
     void realProcessExitStatus_data();
@@ -48,6 +54,10 @@ void CliTest::initTestCase()
     QVERIFY(QDir().mkpath(m_root + "/db"));
     QVERIFY(QDir().mkpath(m_root + "/tmp"));
     QVERIFY(QFile::copy(m_fixture.databasePath(), m_root + "/db/kvmot.sqlite"));
+    WordDatabase db(m_root + "/db/kvmot.sqlite");
+    for (const char *word : {"été", "forêt", "chat", "arc-en-ciel", "gare", "terre", "mer", "zèbre", "âge"})
+        QVERIFY(db.exec("insert into mot (mot) values (?)", {QString::fromUtf8(word)}));
+    QVERIFY(db.exec("create table vide (mot text)"));
 }
 
 void CliTest::init()
@@ -203,6 +213,92 @@ void CliTest::renderFromWindows1252File()
     const Run r = run({"render", "--file", path, "--debfin", "0"});
     QCOMPARE(r.status, 0);
     QCOMPARE(testsupport::readFile(m_root + "/tmp/test.txt"), QByteArray("\xe9t\xe9\r\n"));
+}
+
+void CliTest::exercisePinned_data()
+{
+    // The text of seed 7 for every kind. A change here is a change in the order of the
+    // draws: a teacher's seed would no longer give the class the same exercise.
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("text");
+    const QStringList kinds{"letters", "digits", "punctuation", "mixed", "exam", "progression-words",
+                            "words", "words-plain", "callsigns", "mock-exam"};
+    const QStringList texts{
+        QStringLiteral("ggekrt zkt ek krt "),
+        QStringLiteral("110k01 k111 0k01 001k "),
+        QStringLiteral("..?k.. ?.. ?? .? "),
+        QStringLiteral("g.gk1. 1k0z1 ?kztze k0 "),
+        QStringLiteral("ggekr tzzkt ekgmz thekr rzkgh ehkgt mhhtk kgzeg hzmkr krhtz egkgr tgkhm rgkrm aeeek ekget thkmz zemkz grkmr khreh tzhke hahrk zhtgk khggz arkmm hkgae aegak ghtka hkhtr ehkmh hamgk 10000 11000 00000 10111 11010 01000 "),
+        QStringLiteral("terre terre gare terre "),
+        QStringLiteral("mer zèbre arc-en-ciel zèbre "),
+        QStringLiteral("mer zebre arc/en/ciel zebre "),
+        QStringLiteral("Y8DBV SP3IV ZG6HB E3RQN "),
+        QStringLiteral("ggekr tzzkt ekgmz thekr rzkgh ehkgt mhhtk kgzeg hzmkr krhtz egkgr tgkhm rgkrm aeeek ekget thkmz zemkz grkmr khreh tzhke hahrk zhtgk khggz arkmm hkgae aegak ghtka hkhtr ehkmh hamgk 10000 11000 00000 10111 11010 01000 \r\n\r\n ete age terre foret gare  4588 gare zebre arc/en/ciel gare terre mer , arc/en/ciel terre foret arc/en/ciel age age ? terre gare terre foret ete terre ."),
+    };
+    for (qsizetype i = 0; i < kinds.size(); ++i)
+        QTest::newRow(qPrintable(kinds[i])) << kinds[i] << texts.value(i);
+}
+
+void CliTest::exercisePinned()
+{
+    QFETCH(QString, kind);
+    QFETCH(QString, text);
+    const Run r = run({"--seed", "7", "exercise", kind, "--count", "4", "--progress", "egmz0ahtr1.?",
+                       "--min", "2", "--max", "6", "--renfor", " k "});
+    QCOMPARE(r.status, 0);
+    QCOMPARE(r.err, QString());
+    QCOMPARE(r.out, text);
+}
+
+void CliTest::exerciseOptions_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("outPattern");
+    QTest::addColumn<QString>("err");
+
+    QTest::newRow("profile's values: 36 groups of 5 of the whole set")
+        << QStringList{"exercise", "letters"} << 0 << "([A-Z]{5} ){36}" << "";
+    QTest::newRow("count 0 is 1") << QStringList{"exercise", "callsigns", "--count", "0"} << 0 << "\\S+ " << "";
+    QTest::newRow("count 150 is 102") << QStringList{"exercise", "digits", "--count", "150", "--progress", "7"}
+                                      << 0 << "(7{5} ){102}" << "";
+    QTest::newRow("count not a number is 1") << QStringList{"exercise", "digits", "--count", "abc", "--progress", "7"}
+                                             << 0 << "7{5} " << "";
+    QTest::newRow("append") << QStringList{"exercise", "digits", "--count", "1", "--progress", "7", "--append", "AB"}
+                            << 0 << "AB 7{5} " << "";
+    QTest::newRow("table and condition") << QStringList{"exercise", "words", "--count", "2", "--where", "len(mot) = 3"}
+                                         << 0 << "((été|mer|âge) ){2}" << "";
+    QTest::newRow("empty table: said, not an error") << QStringList{"exercise", "words", "--table", "vide"}
+                                                     << 0 << "" << "ne contient aucun mot";
+    QTest::newRow("missing table") << QStringList{"exercise", "words", "--table", "absente"} << 2 << ""
+                                   << "absente";
+    QTest::newRow("condition refused") << QStringList{"exercise", "words-plain", "--where", "mot like"} << 2 << ""
+                                       << "a échoué";
+    QTest::newRow("progression without words") << QStringList{"exercise", "progression-words", "--progress", "xyz"}
+                                               << 0 << "" << "Pas assez de lettes";
+    QTest::newRow("mock exam reads mot whatever the table")
+        << QStringList{"exercise", "mock-exam", "--table", "vide", "--progress", "a1"}
+        << 0 << "(a{5} ){30}(1{5} ){6}\r\n\r\n( \\S+){5}  [0-9]{4}.*\\." << "";
+    QTest::newRow("seed not a number") << QStringList{"--seed", "sept", "exercise", "letters"} << 2 << ""
+                                       << "--seed attend un nombre entier";
+    QTest::newRow("unknown kind") << QStringList{"exercise", "lettres"} << 2 << "" << "Genre d'exercice inconnu";
+    QTest::newRow("no kind") << QStringList{"exercise"} << 2 << "" << "un seul genre";
+}
+
+void CliTest::exerciseOptions()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, status);
+    QFETCH(QString, outPattern);
+    QFETCH(QString, err);
+    const Run r = run(arguments);
+    QCOMPARE(r.status, status);
+    QVERIFY2(QRegularExpression(QRegularExpression::anchoredPattern(outPattern),
+                                QRegularExpression::DotMatchesEverythingOption)
+                 .match(r.out)
+                 .hasMatch(),
+             qPrintable(r.out));
+    QVERIFY2(err.isEmpty() ? r.err.isEmpty() : r.err.contains(err), qPrintable(r.err));
 }
 
 void CliTest::badUsage_data()
