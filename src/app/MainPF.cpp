@@ -8,6 +8,7 @@
 #include "ui/BoxText.h"
 #include "settings/ChoiceLists.h"
 #include "ui/ColourScheme.h"
+#include "ui/ExerciseGenerator.h"
 #include "settings/Session.h"
 #include "settings/MainTexts.h"
 #include "ui/MorseKeyArt.h"
@@ -114,6 +115,20 @@ void MainPF::buildAreas()
     m_timers = new WindowTimers(m_panel->validateButton(), this);
     m_timers->watchMouseMovement({this, m_ui->fond, m_ui->Frame2, m_ui->voletContenu});
     buildPlayback();
+
+    const Ui::MainPF &ui = *m_ui;
+    m_generator = new ExerciseGenerator(
+        {m_ui->EXO, o.nbgroup, o.PROGRESS, o.renfor, ui.ajout, ui.cls, ui.EXAMENCOMPLET, ui.G36EXAMEN,
+         ui.G36lettres, ui.G36chiffres, ui.G12ponctuations, ui.G36Mélangés, ui.motprogression,
+         ui.Maleatoires, ui.MaleatoiresAcc, ui.indicatifs},
+        m_session, *m_tables,
+        [this] {
+            return std::pair{m_panel->boxText(QStringLiteral("GRMIN")),
+                             m_panel->boxText(QStringLiteral("GRMAX"))};
+        },
+        m_prompts, this, this);
+    connect(m_generator, &ExerciseGenerator::prepareRequested, this, [this] { m_playback->prepare(true); });
+    connect(m_generator, &ExerciseGenerator::notice, this, &MainPF::showNotice);
 }
 
 void MainPF::decorate()
@@ -193,6 +208,7 @@ void MainPF::wireSettingWriters()
     Ui::MainPFOptions &o = *m_options;
     m_writer->saveOnChange(o.delaimot, userKeys::delaimot);
     m_writer->saveOnChange(o.PROGRESS, userKeys::progress);
+    m_writer->saveOnClick(o.PROGRESS, userKeys::progress);
     m_writer->saveOnToggle(o.Q1, userKeys::qrm10);
     m_writer->saveOnToggle(o.Q2, userKeys::qrm20);
     m_writer->saveOnToggle(o.Q3, userKeys::qrm30);
@@ -257,10 +273,7 @@ void MainPF::markLaterCommands()
     const QString later = QString::fromUtf8(mainTexts::laterTooltip);
     for (QAction *action :
          {ui.ouvrir, ui.createtable, ui.edittablcourante, ui.importmot1, ui.exportmot,
-          ui.videtable, ui.supprimetable, ui.fenreq, ui.fencla, ui.fentable, ui.EXAMENCOMPLET,
-          ui.G36EXAMEN, ui.G36lettres, ui.G36chiffres, ui.G12ponctuations, ui.G36Mélangés,
-          ui.motprogression, ui.Maleatoires, ui.MaleatoiresAcc, ui.indicatifs, ui.ajout,
-          ui.motenboucle, ui.motclavier, ui.textengroupe, ui.racc, ui.inversion,
+          ui.videtable, ui.supprimetable, ui.fenreq, ui.fencla, ui.fentable, ui.motenboucle, ui.motclavier, ui.textengroupe, ui.racc, ui.inversion,
           ui.doubleespace}) {
         action->setEnabled(false);
         action->setToolTip(later);

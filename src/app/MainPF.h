@@ -18,6 +18,7 @@ namespace kelvora {
 class BackgroundNoise;
 class ColourScheme;
 class CorrectionReplay;
+class ExerciseGenerator;
 class ExercisePlayback;
 class PatternLookup;
 class ProfileController;
@@ -69,6 +70,7 @@ public:
     BackgroundNoise *noise() const { return m_noise; }
     PushToTalkControl *pushToTalk() const { return m_ptt; }
     CorrectionReplay *correction() const { return m_correction; }
+    ExerciseGenerator *generator() const { return m_generator; }
 
 signals:
     // "Quitter" or the reset: the program ends now.
@@ -124,6 +126,7 @@ private:
     PushToTalkControl *m_ptt = nullptr;
     CorrectionReplay *m_correction = nullptr;
     ExercisePlayback *m_playback = nullptr;
+    ExerciseGenerator *m_generator = nullptr;
 
     QString m_fichier1;   // last text file picked, for the file list
 };

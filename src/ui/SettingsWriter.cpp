@@ -7,6 +7,10 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QEvent>
+#include <QLineEdit>
+
+#include <functional>
 
 namespace kelvora {
 
@@ -40,6 +44,37 @@ void SettingsWriter::saveOnChange(QComboBox *box, const SettingKey &key)
 {
     connect(box, &QComboBox::currentTextChanged, this,
             [this, key](const QString &text) { save(key, text); });
+}
+
+namespace {
+// Calls `action` on every mouse press on the watched widgets.
+class ClickWatcher : public QObject {
+public:
+    ClickWatcher(std::function<void()> action, QObject *parent)
+        : QObject(parent)
+        , m_action(std::move(action))
+    {
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::MouseButtonPress)
+            m_action();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<void()> m_action;
+};
+} // namespace
+
+void SettingsWriter::saveOnClick(QComboBox *box, const SettingKey &key)
+{
+    auto *watcher = new ClickWatcher([this, box, key] { save(key, box->currentText()); }, box);
+    box->installEventFilter(watcher);
+    if (box->lineEdit())
+        box->lineEdit()->installEventFilter(watcher);
 }
 
 void SettingsWriter::saveOnToggle(QAbstractButton *box, const SettingKey &key)

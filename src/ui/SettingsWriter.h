@@ -29,6 +29,8 @@ public:
 
     // Every change of the combo's text (typed or picked) is saved.
     void saveOnChange(QComboBox *box, const SettingKey &key);
+    // A click in the combo (its box or its arrow) saves its text as it stands.
+    void saveOnClick(QComboBox *box, const SettingKey &key);
     // Every change of the check box's value is saved as "1" or "0".
     void saveOnToggle(QAbstractButton *box, const SettingKey &key);
 

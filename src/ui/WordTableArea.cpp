@@ -49,6 +49,7 @@ void WordTableArea::restore(const QString &table)
         // A table that no longer exists leaves the list blank rather than naming another.
         m_c.tables->setCurrentIndex(m_c.tables->findText(m_session.currentTable));
     }
+    m_condition.clear();
     openSource(m_session.currentTable, QStringLiteral(" order by mot"));
     showCount();
     nameTableInMenus(m_session.currentTable, false);
@@ -58,6 +59,11 @@ void WordTableArea::restore(const QString &table)
 void WordTableArea::select(const QString &table)
 {
     m_session.currentTable = table;
+    m_condition.clear();
+    if (m_c.tables->currentText() != table) { // chosen by the program (the mock examination)
+        const QSignalBlocker blocker(m_c.tables);
+        m_c.tables->setCurrentIndex(m_c.tables->findText(table));
+    }
     if (m_c.query->count() > 0) {
         m_c.query->setCurrentIndex(0);
         m_c.query->setEditText(m_c.query->itemText(0));
@@ -83,6 +89,7 @@ void WordTableArea::applyQuery()
         emit notice(m_records.error());
         return;
     }
+    m_condition = m_c.query->currentText();
     showCount();
     emit countChanged();
 }

@@ -46,6 +46,8 @@ public:
     void refresh();
 
     int count() const { return m_records.count(); }
+    // The condition of REQ in force on the current table; empty when none is.
+    QString condition() const { return m_condition; }
     RecordSet &records() { return m_records; }
 
 signals:
@@ -67,6 +69,7 @@ private:
     Controls m_c;
     Session &m_session;
     RecordSet m_records;
+    QString m_condition;
 };
 
 } // namespace kelvora

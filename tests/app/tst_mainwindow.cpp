@@ -162,14 +162,14 @@ private slots:
         // Entries that work now; the others are shown, disabled, with a hint.
         const QStringList working = {"quitter=Quitter", "raz=Quitter +  R.A.Z Paramètres", "AfExercices=Exercices", "aflistmot=Liste des mots en boucle",
                                      "afcache=Cache", "affichiers=Fichiers", "Pr_parer=Préparer", "jouer=Jouer", "pstop=Stop", "pause=Pause",
-                                     "cjouer=Jouer", "cpause=Pause", "cstop=Stopper", "reglager=Réglages", "utilchanger=Changer", "apropos=À propos", "Aide=Aide"};
+                                     "cjouer=Jouer", "cpause=Pause", "cstop=Stopper", "reglager=Réglages", "utilchanger=Changer", "apropos=À propos", "Aide=Aide",
+                                     "EXAMENCOMPLET=Examen Blanc", "G36EXAMEN=Examen (30+6)", "G36lettres=Lettres", "G36chiffres=Chiffres",
+                                     "G12ponctuations=Ponctuations", "G36Mélangés=Mélangés", "motprogression=Avec caractères de la progression",
+                                     "Maleatoires=Sans accents", "MaleatoiresAcc=Tous", "indicatifs=Indicatifs",
+                                     "ajout=Ajoute / n'ajoute pas au texte présent", "cls=Efface le texte exercice"};
         const QStringList coming = {"ouvrir=Ouvrir un fichier texte", "createtable=Nouvelle", "importmot1=Importer des mots dans 'mot'",
                                     "exportmot=Exporter les mots de 'mot'", "edittablcourante=Editer 'mot'", "videtable=Vider 'mot'",
-                                    "supprimetable=Supprimer 'mot'", "fenreq=Requêtte", "fencla=Clavier", "fentable=Table", "EXAMENCOMPLET=Examen Blanc",
-                                    "G36EXAMEN=Examen (30+6)", "G36lettres=Lettres", "G36chiffres=Chiffres", "G12ponctuations=Ponctuations",
-                                    "G36Mélangés=Mélangés", "motprogression=Avec caractères de la progression", "Maleatoires=Sans accents",
-                                    "MaleatoiresAcc=Tous", "indicatifs=Indicatifs", "ajout=Ajoute / n'ajoute pas au texte présent",
-                                    "motenboucle=Mot diffusé en boucle", "motclavier=Mots au clavier", "textengroupe=Transforme texte en groupes",
+                                    "supprimetable=Supprimer 'mot'", "fenreq=Requêtte", "fencla=Clavier", "fentable=Table", "motenboucle=Mot diffusé en boucle", "motclavier=Mots au clavier", "textengroupe=Transforme texte en groupes",
                                     "racc=Retirer les accents du texte", "inversion=Inverser le texte", "doubleespace=Doubler les espaces"};
         for (const QStringList *list : {&working, &coming})
             for (const QString &entry : *list) {
