@@ -8,6 +8,7 @@ packages=(
   qt6-base-dev qt6-base-dev-tools qt6-multimedia-dev qt6-serialport-dev qt6-qpa-plugins
   qt6-translations-l10n
   libgl-dev libsqlite3-dev libbenchmark-dev
+  wfrench  # the word list the exercise benchmark draws from
   # tests: private audio server, pseudo-terminals, virtual display and screenshots
   pulseaudio pulseaudio-utils socat xvfb xauth imagemagick fonts-dejavu-core
 )

@@ -7,6 +7,7 @@
 #include "core/Random.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 
 namespace kelvora::kvglobal {
 
@@ -18,8 +19,14 @@ void Main(const QStringList &arguments)
         arguments, qEnvironmentVariable("KELVORA_ROOT"), QCoreApplication::applicationDirPath()));
     random::seedFromClock();
     const QString seedText = optionValue(arguments, "seed");
-    if (!seedText.isEmpty())
-        random::seed(seedText.toULongLong());
+    if (!seedText.isEmpty()) {
+        if (const auto seed = random::parseSeed(seedText))
+            random::seed(*seed);
+        else
+            qWarning().noquote() << QStringLiteral("--seed attend un nombre entier, pas « %1 » : "
+                                                   "les tirages ne sont pas reproductibles.")
+                                        .arg(seedText);
+    }
 
     if (!mainWindow) {
         static DialogPrompts prompts;

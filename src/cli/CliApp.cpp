@@ -231,13 +231,10 @@ std::optional<quint64> seedOf(const Command &c)
     const auto text = option(c, "--seed");
     if (!text)
         return std::nullopt;
-    bool ok = false;
-    quint64 seed = text->trimmed().toULongLong(&ok);
-    if (!ok)
-        seed = quint64(text->trimmed().toLongLong(&ok));
-    if (!ok)
+    const auto seed = random::parseSeed(*text);
+    if (!seed)
         throw UsageError{QStringLiteral("--seed attend un nombre entier, pas « %1 ».").arg(*text)};
-    return seed;
+    return *seed;
 }
 
 int exerciseCommand(const Command &c, const SettingsStore &store, const QString &user,

@@ -36,4 +36,14 @@ int draw(int n, int base)
     return int(std::floor(rnd() * n)) + base;
 }
 
+std::optional<std::uint64_t> parseSeed(const QString &text)
+{
+    bool ok = false;
+    const QString trimmed = text.trimmed();
+    std::uint64_t seed = trimmed.toULongLong(&ok);
+    if (!ok)
+        seed = std::uint64_t(trimmed.toLongLong(&ok));
+    return ok ? std::optional(seed) : std::nullopt;
+}
+
 } // namespace kelvora::random
