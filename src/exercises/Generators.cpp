@@ -2,6 +2,7 @@
 
 #include "core/Numbers.h"
 #include "core/Random.h"
+#include "core/TextUtils.h"
 #include "exercises/WordSource.h"
 #include "texttools/Accents.h"
 
@@ -61,8 +62,7 @@ QStringList charactersOf(const QString &text)
 {
     QStringList characters;
     for (qsizetype i = 0; i < text.size();) {
-        const qsizetype width =
-            text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate() ? 2 : 1;
+        const qsizetype width = text::characterWidth(text, i);
         characters.append(text.mid(i, width));
         i += width;
     }
@@ -195,11 +195,13 @@ void callSigns(QString &text, int count)
     }
 }
 
-QString noWordsNotice(const WordSource &words)
+QString noWordsNotice(const WordSource *words)
 {
-    if (!words.error().isEmpty())
-        return words.error();
-    return QStringLiteral("La table « %1 » ne contient aucun mot.").arg(words.name());
+    if (!words)
+        return QStringLiteral("Aucune table de mots n'est choisie.");
+    if (!words->error().isEmpty())
+        return words->error();
+    return QStringLiteral("La table « %1 » ne contient aucun mot.").arg(words->name());
 }
 
 // Draws `count` positions in the record set, one per word.
@@ -222,15 +224,13 @@ void writeWords(QString &text, const std::vector<QString> &words, size_t first, 
 
 void randomWords(Result &result, int count, WordSource *words, bool plain)
 {
-    if (count > 0 && words) {
-        const int records = words->count();
+    if (count > 0) {
+        const int records = words ? words->count() : 0;
         const std::vector<int> positions = drawPositions(count, records);
         if (records > 0)
             writeWords(result.text, words->wordsAt(positions), 0, positions.size());
         else
-            result.notice = noWordsNotice(*words);
-    } else if (count > 0) {
-        result.notice = QStringLiteral("Aucune table de mots n'est choisie.");
+            result.notice = noWordsNotice(words);
     }
     if (plain)
         result.text = textTools::acc(result.text);
@@ -242,7 +242,7 @@ void progressionWords(Result &result, int count, const QString &progression, Wor
     if (count <= 0)
         return;
     if (!words) {
-        result.notice = QStringLiteral("Aucune table de mots n'est choisie.");
+        result.notice = noWordsNotice(words);
         return;
     }
     // Signs and digits match as themselves, letters of the progression in lower case;
@@ -283,7 +283,7 @@ void mockExam(Result &result, const Options &options, WordSource *words)
     if (records > 0)
         drawn = words->wordsAt(positions);
     else
-        result.notice = words ? noWordsNotice(*words) : QStringLiteral("Aucune table de mots n'est choisie.");
+        result.notice = noWordsNotice(words);
 
     text += u' ';
     writeWords(text, drawn, 0, 5);

@@ -65,17 +65,21 @@ bool TableWords::open(WordDatabase &db)
     return true;
 }
 
+const TableWords::Words *TableWords::scanned()
+{
+    if (!m_words) {
+        Words words;
+        if (!scan(select(), {}, words, true))
+            return nullptr;
+        m_words = std::move(words);
+    }
+    return &*m_words;
+}
+
 int TableWords::count()
 {
-    WordDatabase db(m_databasePath, WordDatabase::OpenMode::ReadOnly);
-    if (!open(db))
-        return 0;
-    const QueryResult r = db.query(QStringLiteral("select count(*) from (") + select() + u')');
-    if (!r.ok || r.rows.empty()) {
-        m_error = r.error;
-        return 0;
-    }
-    return r.rows.front().value(0).toInt();
+    const Words *words = scanned();
+    return words ? int(words->spans.size()) : 0;
 }
 
 bool TableWords::scan(const QString &sql, const QVariantList &values, Words &words,
@@ -101,9 +105,9 @@ bool TableWords::scan(const QString &sql, const QVariantList &values, Words &wor
 std::vector<QString> TableWords::wordsAt(const std::vector<int> &positions)
 {
     std::vector<QString> result(positions.size());
-    Words words;
-    if (!scan(select(), {}, words, true) || words.spans.empty())
+    if (!scanned() || m_words->spans.empty())
         return result;
+    const Words &words = *m_words;
     const size_t n = words.spans.size();
     std::vector<int> ranks;
     for (int p : positions) {

@@ -2,6 +2,11 @@
 
 #include "exercises/WordSource.h"
 
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 namespace kelvora {
 
 class WordDatabase;
@@ -13,7 +18,8 @@ class WordDatabase;
 //
 // A draw needs only the words at a few positions: they are picked out of one scan of
 // the table instead of sorting the whole table, which on a list of 350,000 words is
-// several times slower than the scan.
+// several times slower than the scan. The scan is made once, at the first count() or
+// wordsAt(): one exercise sees one state of the table.
 class TableWords : public WordSource {
 public:
     TableWords(const QString &databasePath, const QString &table, const QString &condition = {});
@@ -36,6 +42,7 @@ private:
         std::string_view at(size_t i) const { return {bytes.data() + spans[i].first, spans[i].second}; }
     };
     bool open(WordDatabase &db);
+    const Words *scanned(); // the set's words, scanned at the first call; null on failure
     bool scan(const QString &sql, const QVariantList &values, Words &words, bool withKeys,
               const std::function<bool()> &keepGoing = {});
     QString select() const; // "select mot from T [where C]"
@@ -45,6 +52,7 @@ private:
     QString m_condition;
     int m_timeLimitMs = 2000;
     QString m_error;
+    std::optional<Words> m_words;
 };
 
 } // namespace kelvora

@@ -82,6 +82,13 @@ struct WordDatabase::Private {
         return self->interrupted ? 1 : 0;
     }
 
+    // The time limit counts from the start of each statement that returns rows.
+    void startClock()
+    {
+        deadline = timeLimitMs > 0 ? QDeadlineTimer(timeLimitMs) : QDeadlineTimer(QDeadlineTimer::Forever);
+    }
+    void stopClock() { deadline = QDeadlineTimer(QDeadlineTimer::Forever); }
+
     void installProgressHandler()
     {
         const bool watched = timeLimitMs > 0 || keepGoing;
@@ -265,7 +272,7 @@ bool WordDatabase::exec(const QString &sql, const QVariantList &values)
 QueryResult WordDatabase::query(const QString &sql, const QVariantList &values, int maxRows)
 {
     QueryResult result;
-    d->deadline = d->timeLimitMs > 0 ? QDeadlineTimer(d->timeLimitMs) : QDeadlineTimer(QDeadlineTimer::Forever);
+    d->startClock();
     sqlite3_stmt *statement = d->prepare(sql, values);
     if (!statement) {
         result.error = d->error;
@@ -294,7 +301,7 @@ QueryResult WordDatabase::query(const QString &sql, const QVariantList &values, 
         result.error = d->error;
         result.rows.clear();
     }
-    d->deadline = QDeadlineTimer(QDeadlineTimer::Forever);
+    d->stopClock();
     return result;
 }
 
@@ -325,7 +332,7 @@ bool WordDatabase::wasInterrupted() const
 bool WordDatabase::scanText(const QString &sql, const QVariantList &values,
                             const std::function<bool(std::string_view)> &row)
 {
-    d->deadline = d->timeLimitMs > 0 ? QDeadlineTimer(d->timeLimitMs) : QDeadlineTimer(QDeadlineTimer::Forever);
+    d->startClock();
     sqlite3_stmt *statement = d->prepare(sql, values);
     if (!statement)
         return false;
@@ -338,7 +345,7 @@ bool WordDatabase::scanText(const QString &sql, const QVariantList &values,
             break;
         }
     }
-    d->deadline = QDeadlineTimer(QDeadlineTimer::Forever);
+    d->stopClock();
     return d->finish(statement, rc, sql);
 }
 
