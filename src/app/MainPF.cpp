@@ -18,6 +18,9 @@
 #include "ui/UserPrompts.h"
 #include "ui/ViewSwitcher.h"
 #include "ui/WindowTimers.h"
+#include "ui/QueryWindow.h"
+#include "ui/TableCommands.h"
+#include "ui/TableEditor.h"
 #include "ui/WordTableArea.h"
 #include "app/kvglobal.h"
 #include "playback/CorrectionReplay.h"
@@ -68,6 +71,7 @@ MainPF::MainPF(Session &session, const QString &settingsPath, UserPrompts &promp
     wireCommands();
     wirePlayback();
     wirePanel();
+    wireTables();
     markLaterCommands();
     accessibility::nameControls(this);
     accessibility::hideItemsOfHiddenPages(m_ui->vues);
@@ -259,10 +263,8 @@ void MainPF::wirePanel()
     connect(m_panel, &SoundSettingsPanel::testRequested, this, &MainPF::testReferenceWord);
     connect(m_panel, &SoundSettingsPanel::characterSetRequested, m_options->PROGRESS,
             &QComboBox::setEditText);
-    if (auto *editReference = m_panel->findChild<QPushButton *>(QStringLiteral("editreftable"))) {
-        editReference->setEnabled(false);
-        editReference->setToolTip(QString::fromUtf8(mainTexts::laterTooltip));
-    }
+    if (auto *editReference = m_panel->findChild<QPushButton *>(QStringLiteral("editreftable")))
+        connect(editReference, &QPushButton::clicked, this, [this] { openEditor(true); });
     if (QPushButton *validate = m_panel->validateButton())
         validate->setAccessibleName(QStringLiteral("Valider"));
 }
@@ -272,12 +274,84 @@ void MainPF::markLaterCommands()
     const Ui::MainPF &ui = *m_ui;
     const QString later = QString::fromUtf8(mainTexts::laterTooltip);
     for (QAction *action :
-         {ui.ouvrir, ui.createtable, ui.edittablcourante, ui.importmot1, ui.exportmot,
-          ui.videtable, ui.supprimetable, ui.fenreq, ui.fencla, ui.fentable, ui.motenboucle, ui.motclavier, ui.textengroupe, ui.racc, ui.inversion,
+         {ui.ouvrir, ui.fencla, ui.motenboucle, ui.motclavier, ui.textengroupe, ui.racc, ui.inversion,
           ui.doubleespace}) {
         action->setEnabled(false);
         action->setToolTip(later);
     }
+}
+
+void MainPF::wireTables()
+{
+    const Ui::MainPF &ui = *m_ui;
+    const Ui::MainPFOptions &o = *m_options;
+    m_tableCommands = new TableCommands({ui.createtable, ui.importmot1, ui.exportmot, ui.videtable,
+                                         ui.supprimetable, o.Command7, o.Command8, o.Command9, o.Command10,
+                                         ui.EXO},
+                                        m_session, *m_tables, m_prompts, this, this);
+    connect(m_tableCommands, &TableCommands::notice, this, &MainPF::showNotice);
+    connect(m_tableCommands, &TableCommands::editRequested, this, [this] { openEditor(false); });
+    for (QAction *action : {ui.edittablcourante, ui.fentable})
+        connect(action, &QAction::triggered, this, [this] { openEditor(false); });
+    connect(o.Command13, &QPushButton::clicked, this, [this] { openEditor(false); });
+    connect(ui.Command17, &QPushButton::clicked, this, &MainPF::showQueryWindow);
+    connect(ui.fenreq, &QAction::triggered, this, &MainPF::showQueryWindow);
+    // A double click on the current word plays it alone.
+    connect(m_tables, &WordTableArea::wordDoubleClicked, this, [this](const QString &word) {
+        m_ui->EXO->setPlainText(word);
+        if (m_playback->prepare(true))
+            m_ui->jouer->trigger();
+    });
+}
+
+TableEditor *MainPF::tableEditor() const
+{
+    return m_editor.data();
+}
+
+QString MainPF::editorCaption(int count) const
+{
+    return QStringLiteral("Kelvora ") + mainTexts::versionText() + QStringLiteral(" Table : ")
+        + m_session.currentTable + QStringLiteral(" (") + QString::number(count) + u')';
+}
+
+void MainPF::openEditor(bool reference)
+{
+    if (reference)
+        reglager(); // the reference table is edited beside its settings
+    if (m_editor)
+        m_editor->close();
+    const QString table = reference ? QStringLiteral("ref") : m_session.currentTable;
+    m_editor = new TableEditor(m_session.paths.wordDatabasePath, table,
+                               reference ? QStringLiteral("car") : QStringLiteral("mot"), m_prompts, this);
+    m_editor->setCaption([this, reference](int gridCount) {
+        return editorCaption(reference ? gridCount : m_tables->count());
+    });
+    connect(m_editor, &TableEditor::closing, this, [this] {
+        m_tables->reopen();
+        setWindowTitle(editorCaption(m_tables->count()));
+    });
+    m_editor->show();
+    m_editor->raise();
+    m_editor->activateWindow();
+}
+
+void MainPF::showQueryWindow()
+{
+    if (!kvglobal::queryWindow) {
+        auto *window = new QueryWindow(
+            m_session, *m_tables, m_prompts,
+            {[this] { return m_options->PROGRESS->currentText(); },
+             [this] { return mainTexts::banner(m_session.currentTable, m_tables->count(), m_session.currentUser); }},
+            this);
+        window->setBackground(m_ui->fond->palette().color(QPalette::Window));
+        connect(window, &QueryWindow::finished, this, &MainPF::affichebandeau);
+        connect(window, &QueryWindow::notice, this, &MainPF::showNotice);
+        kvglobal::queryWindow = window;
+    }
+    kvglobal::queryWindow->show();
+    kvglobal::queryWindow->raise();
+    kvglobal::queryWindow->activateWindow();
 }
 
 void MainPF::setUserCaption(const QString &user)

@@ -3,6 +3,7 @@
 #include "playback/MediaDeviceFactory.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 class QTimer;
 
@@ -23,6 +24,9 @@ class ExercisePlayback;
 class PatternLookup;
 class ProfileController;
 class PushToTalkControl;
+class QueryWindow;
+class TableCommands;
+class TableEditor;
 class SettingsStore;
 class SettingsWriter;
 struct Session;
@@ -71,6 +75,8 @@ public:
     PushToTalkControl *pushToTalk() const { return m_ptt; }
     CorrectionReplay *correction() const { return m_correction; }
     ExerciseGenerator *generator() const { return m_generator; }
+    TableCommands *tableCommands() const { return m_tableCommands; }
+    TableEditor *tableEditor() const;
 
 signals:
     // "Quitter" or the reset: the program ends now.
@@ -104,6 +110,10 @@ private:
     void onDebfinToggled();
     void setMenusVisible(bool visible);
     void fitToScreen();
+    void wireTables();
+    void openEditor(bool reference);
+    void showQueryWindow();
+    QString editorCaption(int count) const;
 
     std::unique_ptr<Ui::MainPF> m_ui;
     std::unique_ptr<Ui::MainPFOptions> m_options;
@@ -127,6 +137,8 @@ private:
     CorrectionReplay *m_correction = nullptr;
     ExercisePlayback *m_playback = nullptr;
     ExerciseGenerator *m_generator = nullptr;
+    TableCommands *m_tableCommands = nullptr;
+    QPointer<TableEditor> m_editor;
 
     QString m_fichier1;   // last text file picked, for the file list
 };

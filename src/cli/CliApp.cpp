@@ -1,4 +1,6 @@
 #include "CliApp.h"
+#include "CliCommand.h"
+#include "WordsCommand.h"
 
 #include "settings/AppPaths.h"
 #include "settings/SettingsStore.h"
@@ -28,14 +30,6 @@ namespace kelvora::cli {
 
 namespace {
 
-constexpr int exitOk = 0;
-constexpr int exitError = 2;
-constexpr int exitCut = 1; // a sound stopped at the WAV size limit
-
-struct UsageError {
-    QString message;
-};
-
 // Options that take a value, global and per command.
 const QStringList valueOptions = {
     "--root", "--settings", "--user", "--wpm", "--word", "--freq", "--volume", "--ct", "--cs",
@@ -43,19 +37,16 @@ const QStringList valueOptions = {
     "-o", "--txt", "--seed", "--count", "--min", "--max", "--progress", "--renfor", "--table",
     "--where", "--append",
 };
-
-struct Command {
-    std::map<QString, QString> options;
-    QStringList positional;
-};
+// Options that stand alone.
+const QStringList flagOptions = {"--blank", "--duplicates"};
 
 Command parse(const QStringList &arguments)
 {
     Command c;
     for (qsizetype i = 1; i < arguments.size(); ++i) {
         QString arg = arguments[i];
-        if (arg == "--help" || arg == "-h") {
-            c.options["--help"] = QString();
+        if (arg == "--help" || arg == "-h" || flagOptions.contains(arg)) {
+            c.options[arg.startsWith("--") ? arg : QStringLiteral("--help")] = QString();
             continue;
         }
         if (arg.startsWith('-') && arg.size() > 1) {
@@ -79,14 +70,6 @@ Command parse(const QStringList &arguments)
         }
     }
     return c;
-}
-
-std::optional<QString> option(const Command &c, const QString &name)
-{
-    const auto it = c.options.find(name);
-    if (it == c.options.end())
-        return std::nullopt;
-    return it->second;
 }
 
 SoundSettings soundSettings(const Command &c, const SettingsStore &store, const QString &user)
@@ -306,6 +289,16 @@ QString usage()
         "                digits, punctuation, mixed, exam, progression-words, words, words-plain,\n"
         "                callsigns ou mock-exam ; --count N --min A --max B --progress P\n"
         "                --renfor C --table T --where CONDITION --append TEXTE\n"
+        "  words tables  les tables de mots, une par ligne\n"
+        "  words count|list [--table T] [--where CONDITION]\n"
+        "                le nombre de mots, ou les mots un par ligne dans l'ordre de la table\n"
+        "  words create NOM            crée une table de mots\n"
+        "  words export [--table T]    écrit la table dans import/ et affiche le chemin du fichier\n"
+        "  words import [--table T] [--file F]   sauvegarde la table, puis importe F (par défaut\n"
+        "                import/mot.txt, Windows-1252, lignes finies par CR LF) et la nettoie\n"
+        "  words empty|delete [--table T]        sauvegarde la table, puis la vide ou la supprime\n"
+        "  words clean [--table T] [--blank] [--duplicates]   retire les mots vides et/ou les\n"
+        "                doublons (les deux sans option) ; --table vaut par défaut la table du profil\n"
         "\n"
         "--seed S (avant la commande) rend les tirages reproductibles.\n");
 }
@@ -320,9 +313,10 @@ int run(const QStringList &arguments, const QString &executableDir, QTextStream 
             return exitOk;
         }
         if (c.positional.isEmpty())
-            throw UsageError{QStringLiteral("Il manque la commande (timing, pattern, render ou exercise).")};
+            throw UsageError{QStringLiteral("Il manque la commande (timing, pattern, render, exercise ou words).")};
         const QString command = c.positional.first();
-        if (command != "timing" && command != "pattern" && command != "render" && command != "exercise")
+        if (command != "timing" && command != "pattern" && command != "render" && command != "exercise"
+            && command != "words")
             throw UsageError{QStringLiteral("Commande inconnue : %1").arg(command)};
 
         const AppPaths paths = AppPaths::fromProgramDir(resolveProgramDir(
@@ -344,6 +338,8 @@ int run(const QStringList &arguments, const QString &executableDir, QTextStream 
             err << database.errorString() << '\n';
             return exitError;
         }
+        if (command == "words")
+            return wordsCommand(c, store, user, paths, out, err);
         PatternLookup lookup(database);
         if (command == "exercise")
             return exerciseCommand(c, store, user, paths, out, err);

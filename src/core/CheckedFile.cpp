@@ -208,6 +208,11 @@ bool CheckedFile::commit()
         return fail(EBADF);
     const int fd = m_fd;
     m_fd = -1;
+    if (m_durable && ::fsync(fd) != 0) {
+        const int e = errno;
+        ::close(fd);
+        return fail(e);
+    }
     if (::close(fd) != 0)
         return fail(errno);
     const QByteArray target = QFile::encodeName(m_target);
@@ -216,6 +221,18 @@ bool CheckedFile::commit()
     if (::rename(m_temp.constData(), target.constData()) != 0)
         return fail(errno);
     m_committed = true;
+    if (m_durable) {
+        // The rename itself is on disk only once its folder is.
+        const QByteArray folder = QFile::encodeName(QFileInfo(m_target).absolutePath());
+        const int dir = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (dir < 0)
+            return fail(errno);
+        const bool synced = ::fsync(dir) == 0;
+        const int e = errno;
+        ::close(dir);
+        if (!synced)
+            return fail(e);
+    }
     return true;
 }
 

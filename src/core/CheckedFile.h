@@ -38,6 +38,9 @@ public:
     // ext4 write the new one out at once, which doubles the cost of a large render; the
     // price is that a crash between the two steps leaves no file, never a partial one.
     void setReplaceInPlace(bool atomic) { m_atomic = atomic; }
+    // For a backup that must survive a crash of what follows it: commit() returns only
+    // once the file and its name are on the disk.
+    void setDurable(bool durable) { m_durable = durable; }
 
     qint64 size() const { return m_size; } // bytes written so far
     QString path() const { return m_path; }
@@ -63,6 +66,7 @@ private:
     qint64 m_size = 0;
     bool m_committed = false;
     bool m_atomic = true;
+    bool m_durable = false;
     QString m_error;
     QString m_reason;
 };

@@ -1,6 +1,5 @@
 #include "exercises/TableWords.h"
 
-#include "words/FrenchCollation.h"
 #include "words/QueryDialect.h"
 #include "words/WordDatabase.h"
 
@@ -65,11 +64,11 @@ bool TableWords::open(WordDatabase &db)
     return true;
 }
 
-const TableWords::Words *TableWords::scanned()
+const WordBlock *TableWords::scanned()
 {
     if (!m_words) {
-        Words words;
-        if (!scan(select(), {}, words, true))
+        WordBlock words;
+        if (!scan(select(), {}, words))
             return nullptr;
         m_words = std::move(words);
     }
@@ -78,23 +77,20 @@ const TableWords::Words *TableWords::scanned()
 
 int TableWords::count()
 {
-    const Words *words = scanned();
-    return words ? int(words->spans.size()) : 0;
+    const WordBlock *words = scanned();
+    return words ? int(words->size()) : 0;
 }
 
-bool TableWords::scan(const QString &sql, const QVariantList &values, Words &words,
-                      bool withKeys, const std::function<bool()> &keepGoing)
+bool TableWords::scan(const QString &sql, const QVariantList &values, WordBlock &words,
+                      const std::function<bool()> &keepGoing)
 {
     WordDatabase db(m_databasePath, WordDatabase::OpenMode::ReadOnly);
     if (!open(db))
         return false;
     if (keepGoing)
         db.setInterruptCheck(keepGoing);
-    const bool ok = db.scanText(sql, values, [&words, withKeys](std::string_view word) {
-        words.spans.emplace_back(words.bytes.size(), word.size());
-        words.bytes.append(word);
-        if (withKeys)
-            words.keys.push_back(frenchCollation::primaryPrefixUtf8(word));
+    const bool ok = db.scanText(sql, values, [&words](std::string_view word) {
+        words.append(word);
         return true;
     });
     if (!ok)
@@ -105,10 +101,10 @@ bool TableWords::scan(const QString &sql, const QVariantList &values, Words &wor
 std::vector<QString> TableWords::wordsAt(const std::vector<int> &positions)
 {
     std::vector<QString> result(positions.size());
-    if (!scanned() || m_words->spans.empty())
+    if (!scanned() || m_words->empty())
         return result;
-    const Words &words = *m_words;
-    const size_t n = words.spans.size();
+    const WordBlock &words = *m_words;
+    const size_t n = words.size();
     std::vector<int> ranks;
     for (int p : positions) {
         if (p >= 0 && size_t(p) < n)
@@ -119,20 +115,13 @@ std::vector<QString> TableWords::wordsAt(const std::vector<int> &positions)
 
     Order order(n);
     std::iota(order.begin(), order.end(), 0u);
-    // Equal words keep the table's order, so that a draw never depends on the sort.
-    const auto less = [&words](quint32 a, quint32 b) {
-        if (words.keys[a] != words.keys[b])
-            return words.keys[a] < words.keys[b];
-        const int c = frenchCollation::compareUtf8(words.at(a), words.at(b));
-        return c != 0 ? c < 0 : a < b;
-    };
+    // A total order, so that a draw never depends on the sort.
+    const auto less = [&words](quint32 a, quint32 b) { return words.before(a, b); };
     placeRanks(order.begin(), order.end(), 0, ranks.data(), ranks.data() + ranks.size(), less);
     for (size_t i = 0; i < positions.size(); ++i) {
         const int p = positions[i];
-        if (p >= 0 && size_t(p) < n) {
-            const std::string_view w = words.at(order[size_t(p)]);
-            result[i] = QString::fromUtf8(w.data(), qsizetype(w.size()));
-        }
+        if (p >= 0 && size_t(p) < n)
+            result[i] = words.word(order[size_t(p)]);
     }
     return result;
 }
@@ -140,7 +129,7 @@ std::vector<QString> TableWords::wordsAt(const std::vector<int> &positions)
 std::optional<std::vector<QString>>
 TableWords::wordsMadeOf(const QString &characters, const std::function<bool()> &keepGoing)
 {
-    Words words;
+    WordBlock words;
     const QString sql = QStringLiteral("select mot from (") + select() + QStringLiteral(") where ")
         + QString::fromLatin1(queryDialect::madeOfFunction) + QStringLiteral("(mot, ?)");
     bool stopped = false;
@@ -148,22 +137,15 @@ TableWords::wordsMadeOf(const QString &characters, const std::function<bool()> &
         stopped = stopped || (keepGoing && !keepGoing());
         return !stopped;
     };
-    if (!scan(sql, {characters}, words, false, watch)) {
+    if (!scan(sql, {characters}, words, watch)) {
         if (stopped)
             m_error.clear(); // given up, not failed
         return std::nullopt;
     }
-    Order order(words.spans.size());
-    std::iota(order.begin(), order.end(), 0u);
-    std::stable_sort(order.begin(), order.end(), [&words](quint32 a, quint32 b) {
-        return frenchCollation::compareUtf8(words.at(a), words.at(b)) < 0;
-    });
     std::vector<QString> result;
-    result.reserve(order.size());
-    for (quint32 i : order) {
-        const std::string_view w = words.at(i);
-        result.push_back(QString::fromUtf8(w.data(), qsizetype(w.size())));
-    }
+    result.reserve(words.size());
+    for (quint32 i : words.recordOrder())
+        result.push_back(words.word(i));
     return result;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "exercises/WordSource.h"
+#include "words/WordBlock.h"
 
 #include <optional>
 #include <string>
@@ -13,7 +14,7 @@ class WordDatabase;
 
 // The words of one table of the word database, with an optional condition in the
 // program's query dialect, in the order "order by mot" gives them (French,
-// case-insensitive; equal words in the table's order). The condition may read that
+// case-insensitive; then the exact text; identical words in the table's order). The condition may read that
 // table and nothing else, and runs for 2 s at most, as a condition typed in the window.
 //
 // A draw needs only the words at a few positions: they are picked out of one scan of
@@ -34,16 +35,9 @@ public:
     void setTimeLimit(int ms) { m_timeLimitMs = ms; }
 
 private:
-    // The words of the set in the table's order, as UTF-8 in one block.
-    struct Words {
-        std::string bytes;
-        std::vector<std::pair<size_t, size_t>> spans; // offset, size
-        std::vector<quint64> keys; // sort keys, when asked for
-        std::string_view at(size_t i) const { return {bytes.data() + spans[i].first, spans[i].second}; }
-    };
     bool open(WordDatabase &db);
-    const Words *scanned(); // the set's words, scanned at the first call; null on failure
-    bool scan(const QString &sql, const QVariantList &values, Words &words, bool withKeys,
+    const WordBlock *scanned(); // the set's words, scanned at the first call; null on failure
+    bool scan(const QString &sql, const QVariantList &values, WordBlock &words,
               const std::function<bool()> &keepGoing = {});
     QString select() const; // "select mot from T [where C]"
 
@@ -52,7 +46,7 @@ private:
     QString m_condition;
     int m_timeLimitMs = 2000;
     QString m_error;
-    std::optional<Words> m_words;
+    std::optional<WordBlock> m_words;
 };
 
 } // namespace kelvora

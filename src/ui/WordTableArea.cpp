@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
+#include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -28,6 +29,14 @@ WordTableArea::WordTableArea(const Controls &controls, Session &session, QObject
     // Enter in the query field, or a pick in its list, applies the condition.
     connect(m_c.query->lineEdit(), &QLineEdit::returnPressed, this, &WordTableArea::applyQuery);
     connect(m_c.query, &QComboBox::activated, this, &WordTableArea::applyQuery);
+    m_c.currentWord->installEventFilter(this);
+}
+
+bool WordTableArea::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_c.currentWord && event->type() == QEvent::MouseButtonDblClick)
+        emit wordDoubleClicked(m_c.currentWord->text());
+    return QObject::eventFilter(watched, event);
 }
 
 void WordTableArea::fillTables()
@@ -79,17 +88,36 @@ void WordTableArea::applyQuery()
 {
     if (m_c.query->currentText().isEmpty())
         m_c.query->setEditText(neutralCondition);
+    applyCondition(m_c.query->currentText()); // a typed condition fails silently
+}
+
+bool WordTableArea::applyCondition(const QString &condition)
+{
     const QString previous = m_records.source();
     openSource(m_session.currentTable,
-               QStringLiteral(" where ") + m_c.query->currentText() + QStringLiteral(" order by mot"));
+               QStringLiteral(" where ") + condition + QStringLiteral("\n order by mot"));
     if (m_records.timedOut()) {
         // The words shown stay those of the last condition that finished; no message box
         // for a typed condition, a word in the status bar.
         m_records.setSource(previous);
         emit notice(m_records.error());
-        return;
+        return false;
     }
-    m_condition = m_c.query->currentText();
+    m_condition = condition;
+    showCount();
+    emit countChanged();
+    return m_records.error().isEmpty();
+}
+
+void WordTableArea::setQueryText(const QString &condition)
+{
+    m_c.query->setEditText(condition);
+}
+
+void WordTableArea::reopen()
+{
+    m_records.refresh();
+    showCurrentWord();
     showCount();
     emit countChanged();
 }

@@ -42,6 +42,14 @@ public:
     void select(const QString &table);
     // The query field's condition applied to the current table.
     void applyQuery();
+    // `condition` applied to the current table (the query window's); false when the
+    // engine refused it or it ran too long (its reason in error()).
+    bool applyCondition(const QString &condition);
+    // The query field shows `condition` (the query window composes it).
+    void setQueryText(const QString &condition);
+    // After the table's words changed: read it again, count it, redraw the banner.
+    void reopen();
+    QString error() const { return m_records.error(); }
     // Reads the record set again (each time the window becomes active).
     void refresh();
 
@@ -55,8 +63,13 @@ signals:
     void tableSelected(const QString &table);
     // The number of words changed (a query): the banner follows it.
     void countChanged();
+    // A double click on the current word: it is to be played.
+    void wordDoubleClicked(const QString &word);
     // Something to tell in the status bar (a typed condition stopped for running too long).
     void notice(const QString &text);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     enum class Move { First, Previous, Next, Last };

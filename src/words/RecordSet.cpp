@@ -19,10 +19,18 @@ QString RecordSet::withRowid(const QString &source)
 {
     static const QRegularExpression selectAll(QStringLiteral("^\\s*select\\s+\\*\\s"),
                                               QRegularExpression::CaseInsensitiveOption);
+    // An order on one column ends with the exact text, then the row, so that identical
+    // words always stand side by side and in the same order.
+    static const QRegularExpression orderByColumn(QStringLiteral("\\border\\s+by\\s+(\\w+)\\s*$"),
+                                                  QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch m = selectAll.match(source);
     if (!m.hasMatch())
         return source;
-    return QStringLiteral("select rowid, * ") + source.mid(m.capturedEnd());
+    QString sql = QStringLiteral("select rowid, * ") + source.mid(m.capturedEnd());
+    const QRegularExpressionMatch order = orderByColumn.match(sql);
+    if (order.hasMatch())
+        sql += QStringLiteral(", ") + order.captured(1) + QStringLiteral(" collate binary, rowid");
+    return sql;
 }
 
 void RecordSet::clearRows()

@@ -51,7 +51,8 @@ public:
     qint64 rowid() const;
 
     // The statement run for `source`: "select *" becomes "select rowid, *", so that
-    // every row can be addressed.
+    // every row can be addressed, and "order by mot" at the end is followed by the exact
+    // text and the rowid, so that equal words always come in one order.
     static QString withRowid(const QString &source);
 
 private:

@@ -116,6 +116,10 @@ struct WordDatabase::Private {
 
     bool failStatement(const QString &sql)
     {
+        if (readableTable && sqlite3_errcode(db) == SQLITE_AUTH)
+            return fail(QStringLiteral("La requête %1 est refusée : une condition ne peut que lire "
+                                       "la table « %2 ».")
+                            .arg(quoted(sql), *readableTable));
         return fail(QStringLiteral("La requête %1 a échoué : %2")
                         .arg(quoted(sql), QString::fromUtf8(sqlite3_errmsg(db))));
     }
@@ -381,6 +385,11 @@ bool WordDatabase::write(const std::function<bool(WordDatabase &)> &work)
     } // rolled back here
     d->error = error; // the cause, not the rollback's outcome
     return false;
+}
+
+qint64 WordDatabase::changes() const
+{
+    return d->db ? qint64(sqlite3_changes64(d->db)) : 0;
 }
 
 bool WordDatabase::transaction()

@@ -57,6 +57,9 @@ public:
     bool scanText(const QString &sql, const QVariantList &values,
                   const std::function<bool(std::string_view)> &row);
 
+    // Rows changed by the last insert, update or delete.
+    qint64 changes() const;
+
     bool transaction();
     bool commit();
     bool rollback();

@@ -111,8 +111,8 @@ private slots:
         QCOMPARE(w<QListWidget>("List1")->item(0)->text(), QStringLiteral("Cliquez sur le boutton 'T'"));
         QCOMPARE(w<QTextBrowser>("Web")->source(), QUrl::fromLocalFile(fx->path("doc/kvmenu.htm")));
         QCOMPARE(w<QTextBrowser>("Web")->documentTitle(), QStringLiteral("Kelvora - aide"));
-        for (const char *button : {"Command17", "Command18", "Command13"})
-            QVERIFY(!w(button)->isEnabled() && w(button)->toolTip() == later);
+        QVERIFY(!w("Command18")->isEnabled() && w("Command18")->toolTip() == later);
+        QVERIFY(w("Command17")->isEnabled() && w("Command13")->isEnabled());
         const std::tuple<const char *, int, bool> timers[] = {{"Timer1", 500, true}, {"Timer2", 100, true}, {"Timer6", 60000, false}};
         for (const auto &[name, interval, active] : timers)
             QVERIFY(w<QTimer>(name)->interval() == interval && w<QTimer>(name)->isActive() == active);
@@ -166,10 +166,11 @@ private slots:
                                      "EXAMENCOMPLET=Examen Blanc", "G36EXAMEN=Examen (30+6)", "G36lettres=Lettres", "G36chiffres=Chiffres",
                                      "G12ponctuations=Ponctuations", "G36Mélangés=Mélangés", "motprogression=Avec caractères de la progression",
                                      "Maleatoires=Sans accents", "MaleatoiresAcc=Tous", "indicatifs=Indicatifs",
-                                     "ajout=Ajoute / n'ajoute pas au texte présent", "cls=Efface le texte exercice"};
-        const QStringList coming = {"ouvrir=Ouvrir un fichier texte", "createtable=Nouvelle", "importmot1=Importer des mots dans 'mot'",
-                                    "exportmot=Exporter les mots de 'mot'", "edittablcourante=Editer 'mot'", "videtable=Vider 'mot'",
-                                    "supprimetable=Supprimer 'mot'", "fenreq=Requêtte", "fencla=Clavier", "fentable=Table", "motenboucle=Mot diffusé en boucle", "motclavier=Mots au clavier", "textengroupe=Transforme texte en groupes",
+                                     "ajout=Ajoute / n'ajoute pas au texte présent", "cls=Efface le texte exercice",
+                                     "createtable=Nouvelle", "importmot1=Importer des mots dans 'mot'",
+                                     "exportmot=Exporter les mots de 'mot'", "edittablcourante=Editer 'mot'", "videtable=Vider 'mot'",
+                                     "supprimetable=Supprimer 'mot'", "fenreq=Requêtte", "fentable=Table"};
+        const QStringList coming = {"ouvrir=Ouvrir un fichier texte", "fencla=Clavier", "motenboucle=Mot diffusé en boucle", "motclavier=Mots au clavier", "textengroupe=Transforme texte en groupes",
                                     "racc=Retirer les accents du texte", "inversion=Inverser le texte", "doubleespace=Doubler les espaces"};
         for (const QStringList *list : {&working, &coming})
             for (const QString &entry : *list) {

@@ -326,7 +326,7 @@ void GeneratorsTest::randomWords_data()
     QTest::newRow("condition refused") << QStringList{"été"} << Kind::Words << "mot like" << "" << ""
                                        << "a échoué";
     QTest::newRow("condition reading another table") << QStringList{"été"} << Kind::Words
-                                                     << "mot in (select car from ref)" << "" << "" << "a échoué";
+                                                     << "mot in (select car from ref)" << "" << "" << "ne peut que lire la table « mot »";
 }
 
 void GeneratorsTest::randomWords()

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QDateTime>
+#include <QString>
+
+#include <vector>
+
+namespace kelvora::wordFile {
+
+// Word files hold one word a line as Windows-1252 bytes, each line ended by CR LF.
+
+// The export file's name: table + MM-DD_hhmmss + ".txt" ("mot11-16_013207.txt"); the
+// year is not part of it, so a table exported twice in one second keeps one file.
+QString exportName(const QString &table, const QDateTime &when);
+
+// One exported line: the word without its outer blanks, in Windows-1252, then CR LF.
+void appendLine(QByteArray &out, const QString &word);
+
+// The words of an import file, read byte by byte as the import always has: a CR ends a
+// word and the byte after it is skipped unread (the LF, or whatever stands there); every
+// other byte belongs to the word. So a last line without CR is not imported, lines ended
+// by LF alone give nothing, and a CR without LF eats the first character of the next line.
+// Words keep their blanks.
+std::vector<QString> parseWords(QByteArrayView bytes);
+
+} // namespace kelvora::wordFile
