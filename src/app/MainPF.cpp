@@ -344,7 +344,7 @@ void MainPF::showQueryWindow()
             {[this] { return m_options->PROGRESS->currentText(); },
              [this] { return mainTexts::banner(m_session.currentTable, m_tables->count(), m_session.currentUser); }},
             this);
-        window->setBackground(m_ui->fond->palette().color(QPalette::Window));
+        window->setBackground(m_ui->fond->palette());
         connect(window, &QueryWindow::finished, this, &MainPF::affichebandeau);
         connect(window, &QueryWindow::notice, this, &MainPF::showNotice);
         kvglobal::queryWindow = window;

@@ -138,7 +138,6 @@ QueryWindow::QueryWindow(Session &session, WordTableArea &area, UserPrompts &pro
     endRow->addWidget(raz);
     endRow->addWidget(ok);
     page->addLayout(endRow);
-    m_labels = {label1, label2, label3};
 
     for (int i = 0; i < 10; ++i) {
         const Piece piece = pieceButtons[i].piece;
@@ -158,14 +157,14 @@ QPushButton *QueryWindow::pieceButton(Piece piece) const
     return m_pieces[int(piece)];
 }
 
-void QueryWindow::setBackground(const QColor &colour)
+void QueryWindow::setBackground(const QPalette &window)
 {
-    for (QWidget *w : std::initializer_list<QWidget *>{this, m_labels[0], m_labels[1], m_labels[2]}) {
-        QPalette p = w->palette();
-        p.setColor(QPalette::Window, colour);
-        w->setPalette(p);
-        w->setAutoFillBackground(true);
-    }
+    // The main window's colours, its text colour too, so that the labels stay readable.
+    QPalette p = palette();
+    for (QPalette::ColorRole role : {QPalette::Window, QPalette::WindowText})
+        p.setColor(role, window.color(role));
+    setPalette(p);
+    setAutoFillBackground(true);
 }
 
 void QueryWindow::press(Piece piece)
@@ -191,7 +190,9 @@ void QueryWindow::refresh()
         m_rq->clear(); // the neutral condition is never shown
     // A condition that ends with its connective is refused until the next piece.
     if (!m_area.applyCondition(condition))
-        emit notice(m_area.error());
+        emit notice(queryComposer::finished(condition) != condition
+                        ? QStringLiteral("La requête finit par « ET » ou « OU » : ajoutez une condition.")
+                        : m_area.error());
     showCaption();
 }
 

@@ -41,7 +41,7 @@ public:
     void accentsAndSpecials();
     void progressionQuery(); // "req sur progress"
     // Gives the window the main window's background.
-    void setBackground(const QColor &colour);
+    void setBackground(const QPalette &window);
 
 signals:
     // "OK- FIN" applied the condition: the main window's caption follows.
@@ -61,7 +61,6 @@ private:
     QComboBox *m_moins = nullptr;
     QComboBox *m_plus = nullptr;
     QPushButton *m_pieces[10] = {};
-    QList<QLabel *> m_labels;
 };
 
 } // namespace kelvora
