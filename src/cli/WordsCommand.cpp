@@ -57,6 +57,11 @@ int wordsCommand(const Command &c, const SettingsStore &store, const QString &us
     if (table.isEmpty())
         table = QStringLiteral("mot");
     const QString condition = option(c, "--where").value_or(QString());
+    // The backup's path is told as soon as it is on disk, before the table is touched.
+    tables.setBackupDone([&out](const WordTables::Export &backup) {
+        out << backup.path << '\n';
+        out.flush();
+    });
 
     if (action == QLatin1String("count")) {
         const qint64 n = tables.count(table, condition);
@@ -90,8 +95,6 @@ int wordsCommand(const Command &c, const SettingsStore &store, const QString &us
     if (action == QLatin1String("import")) {
         const QString file = option(c, "--file").value_or(paths.importFilePath);
         const WordTables::Import r = tables.importFile(table, file);
-        if (r.backup.ok)
-            out << r.backup.path << '\n';
         if (!r.ok)
             return failed(err, tables.errorString());
         if (r.fileMissing)
@@ -102,8 +105,6 @@ int wordsCommand(const Command &c, const SettingsStore &store, const QString &us
     if (action == QLatin1String("empty") || action == QLatin1String("delete")) {
         const bool emptying = action == QLatin1String("empty");
         const WordTables::Export e = emptying ? tables.empty(table) : tables.remove(table);
-        if (e.ok || !e.path.isEmpty())
-            out << e.path << '\n';
         if (!e.ok)
             return failed(err, tables.errorString());
         out << (emptying ? QStringLiteral("La Table est maintenant vide") : QStringLiteral("La Table est Supprimée"))

@@ -34,6 +34,9 @@ private slots:
     void realProcessExitStatus();
     void writeFailure_data();
     void writeFailure();
+    void words_data();
+    void words();
+    void killedImportLeavesTheTableWhole();
 
 private:
     struct Run {
@@ -393,6 +396,79 @@ void CliTest::writeFailure()
     QVERIFY2(out.contains("status=2 wav=old txt=old files=test.txt test.wav \n") && !out.contains("Fichier écrit"), qPrintable(out + err));
     QVERIFY2(err.startsWith("Impossible d'écrire le fichier « " + output + " » : ") && err.contains(reason), qPrintable(err));
     QVERIFY(!QFileInfo("/dev/full").isFile());
+}
+
+void CliTest::words_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("out"); // a regular expression the output must match
+    QTest::addColumn<QString>("err");
+    QTest::addRow("tables") << QStringList{"words", "tables"} << 0 << "^mot\nvide\n$" << "";
+    QTest::addRow("count with a condition") << QStringList{"words", "count", "--where", "mot like '*e*'"} << 0 << "^6\n$" << "";
+    QTest::addRow("list in order") << QStringList{"words", "list", "--where", "len(mot) <= 3"} << 0 << "^âge\nété\nmer\n$" << "";
+    QTest::addRow("second statement") << QStringList{"words", "count", "--where", "1=1; drop table ref"} << 2 << "^$" << "Une seule instruction";
+    QTest::addRow("union reading ref") << QStringList{"words", "list", "--where", "mot like '*' union select car from ref"} << 2 << "^$" << "ne peut que lire la table « mot »";
+    QTest::addRow("unclosed quote") << QStringList{"words", "count", "--where", "mot like 'a"} << 2 << "^$" << "a échoué";
+    QTest::addRow("table ref") << QStringList{"words", "count", "--table", "ref"} << 2 << "^$" << "n'existe pas";
+    QTest::addRow("bad create") << QStringList{"words", "create", "a b"} << 2 << "^$" << "erreur de creation de table";
+    QTest::addRow("delete mot") << QStringList{"words", "delete"} << 2 << "^$" << "ne peut pas être supprimée";
+    QTest::addRow("export") << QStringList{"words", "export", "--table", "vide"} << 0 << "/import/vide\\d\\d-\\d\\d_\\d{6}\\.txt\\n$" << "";
+    QTest::addRow("clean") << QStringList{"words", "clean", "--table", "vide", "--duplicates"} << 0 << "^Doublons retirés : 0\n$" << "";
+    QTest::addRow("unknown action") << QStringList{"words", "sort"} << 2 << "^$" << "Action inconnue";
+}
+
+void CliTest::words()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, status);
+    QFETCH(QString, out);
+    QFETCH(QString, err);
+    QVERIFY(QDir().mkpath(m_root + "/import"));
+    const Run r = run(arguments);
+    QCOMPARE(r.status, status);
+    QVERIFY2(QRegularExpression(out).match(r.out).hasMatch(), qPrintable(r.out));
+    QVERIFY2(r.err.contains(err), qPrintable(r.err));
+}
+
+// The program killed in the middle of a large import: the table is as it was and the
+// backup written before it is whole.
+void CliTest::killedImportLeavesTheTableWhole()
+{
+    QVERIFY(QDir().mkpath(m_root + "/import"));
+    QVERIFY(run({"words", "create", "gros"}).status == 0);
+    {
+        WordDatabase db(m_root + "/db/kvmot.sqlite");
+        for (int i = 0; i < 500; ++i)
+            QVERIFY(db.exec("insert into gros (mot) values (?)", {QStringLiteral("ancien%1").arg(i)}));
+    }
+    QByteArray big;
+    for (int i = 0; i < 3'000'000; ++i)
+        big += "mot" + QByteArray::number(i) + "\r\n";
+    const QString file = m_root + "/import/gros.txt";
+    QFile f(file);
+    QVERIFY(f.open(QIODevice::WriteOnly) && f.write(big) == big.size());
+    f.close();
+
+    QProcess p;
+    p.setProgram(QString::fromUtf8(testpaths::treeDir) + "/kelvora-cli");
+    p.setArguments({"--root", m_root, "--settings", m_ini, "words", "import", "--table", "gros", "--file", file});
+    p.start();
+    // The backup's path comes first; the import runs after it.
+    QVERIFY(p.waitForReadyRead(30000));
+    const QString backup = QString::fromUtf8(p.readLine()).trimmed();
+    p.kill();
+    QVERIFY(p.waitForFinished(10000));
+    QCOMPARE(p.exitStatus(), QProcess::CrashExit);
+
+    WordDatabase db(m_root + "/db/kvmot.sqlite");
+    QCOMPARE(db.query("pragma integrity_check").rows.front().value(0).toString(), QStringLiteral("ok"));
+    QCOMPARE(db.query("select count(*) from gros where mot like 'ancien*'").rows.front().value(0).toInt(), 500);
+    QCOMPARE(db.query("select count(*) from gros").rows.front().value(0).toInt(), 500);
+    const QByteArray saved = testsupport::readFile(backup);
+    QCOMPARE(saved.count("\r\n"), 500);
+    QVERIFY(saved.startsWith("ancien0\r\nancien1\r\nancien10\r\n"));
+    QVERIFY(db.exec("drop table gros"));
 }
 
 QTEST_GUILESS_MAIN(CliTest)
