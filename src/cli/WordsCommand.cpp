@@ -71,8 +71,8 @@ int wordsCommand(const Command &c, const SettingsStore &store, const QString &us
         return exitOk;
     }
     if (action == QLatin1String("list")) {
-        if (!tables.isWordTable(table))
-            return failed(err, QStringLiteral("La table « %1 » n'existe pas dans la base de mots.").arg(table));
+        if (!tables.checkTable(table))
+            return failed(err, tables.errorString());
         RecordSet records(paths.wordDatabasePath,
                           condition.trimmed().isEmpty()
                               ? QStringLiteral("select * from ") + table + QStringLiteral(" order by mot")

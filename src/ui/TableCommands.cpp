@@ -1,5 +1,6 @@
 #include "ui/TableCommands.h"
 
+#include "core/TextUtils.h"
 #include "core/Windows1252.h"
 #include "settings/Session.h"
 #include "ui/UserPrompts.h"
@@ -205,7 +206,7 @@ void TableCommands::showCharacterCode()
     const int caret = m_c.exercise->textCursor().position();
     if (caret >= text.size())
         return; // no character follows the caret
-    const QByteArray code = windows1252::encode(text.mid(caret, text[caret].isHighSurrogate() ? 2 : 1));
+    const QByteArray code = windows1252::encode(text.mid(caret, text::characterWidth(text, caret)));
     m_prompts.message(m_window, QString::number(quint8(code.at(0))));
 }
 

@@ -77,11 +77,7 @@ TableEditor::TableEditor(const QString &databasePath, const QString &table, cons
     page->addWidget(buttons);
 
     connect(m_grid->selectionModel(), &QItemSelectionModel::currentChanged, this, &TableEditor::showPosition);
-    connect(m_model, &QAbstractItemModel::modelReset, this, [this] {
-        connect(m_grid->selectionModel(), &QItemSelectionModel::currentChanged, this,
-                &TableEditor::showPosition, Qt::UniqueConnection);
-        showPosition();
-    });
+    connect(m_model, &QAbstractItemModel::modelReset, this, &TableEditor::showPosition);
     if (!m_model->reload())
         report(m_model->error());
     resize(420, 480);

@@ -1,7 +1,9 @@
 #include "ui/WordTableArea.h"
 
 #include "settings/Session.h"
+#include "words/QueryComposer.h"
 #include "words/WordDatabase.h"
+#include "words/WordTables.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -11,10 +13,6 @@
 #include <QLineEdit>
 
 namespace kelvora {
-
-namespace {
-const QString neutralCondition = QStringLiteral("mot like '*'");
-}
 
 WordTableArea::WordTableArea(const Controls &controls, Session &session, QObject *parent)
     : QObject(parent)
@@ -44,10 +42,7 @@ void WordTableArea::fillTables()
     WordDatabase db(m_session.paths.wordDatabasePath, WordDatabase::OpenMode::ReadOnly);
     const QSignalBlocker blocker(m_c.tables);
     m_c.tables->clear();
-    for (const TableDefinition &table : db.tableDefinitions()) {
-        if (table.attributes == 0 && table.name != QLatin1String("ref"))
-            m_c.tables->addItem(table.name);
-    }
+    m_c.tables->addItems(WordTables::wordTables(db));
 }
 
 void WordTableArea::restore(const QString &table)
@@ -87,7 +82,7 @@ void WordTableArea::select(const QString &table)
 void WordTableArea::applyQuery()
 {
     if (m_c.query->currentText().isEmpty())
-        m_c.query->setEditText(neutralCondition);
+        m_c.query->setEditText(QString::fromLatin1(queryComposer::neutral));
     applyCondition(m_c.query->currentText()); // a typed condition fails silently
 }
 

@@ -38,10 +38,9 @@ void WordTables::report(Step step, qint64 done, qint64 total) const
         m_progress(step, done, total);
 }
 
-QStringList WordTables::tables() const
+QStringList WordTables::wordTables(WordDatabase &db)
 {
     QStringList names;
-    WordDatabase db(m_databasePath, WordDatabase::OpenMode::ReadOnly);
     for (const TableDefinition &table : db.tableDefinitions()) {
         if (table.attributes == 0 && table.name != QLatin1String("ref"))
             names << table.name;
@@ -49,9 +48,10 @@ QStringList WordTables::tables() const
     return names;
 }
 
-bool WordTables::isWordTable(const QString &table) const
+QStringList WordTables::tables() const
 {
-    return tables().contains(table, Qt::CaseInsensitive);
+    WordDatabase db(m_databasePath, WordDatabase::OpenMode::ReadOnly);
+    return wordTables(db);
 }
 
 bool WordTables::checkTable(const QString &table)
@@ -62,7 +62,7 @@ bool WordTables::checkTable(const QString &table)
         m_error = db.errorString();
         return false;
     }
-    if (!isWordTable(table)) {
+    if (!wordTables(db).contains(table, Qt::CaseInsensitive)) {
         m_error = QStringLiteral("La table %1 n'existe pas dans la base de mots.").arg(chevrons(table));
         return false;
     }

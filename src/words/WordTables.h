@@ -32,8 +32,10 @@ public:
 
     // The tables offered to the user: the engine's ordinary tables other than "ref".
     QStringList tables() const;
-    // True when `table` is one of tables() (the operations below refuse any other).
-    bool isWordTable(const QString &table) const;
+    static QStringList wordTables(WordDatabase &db);
+    // True when `table` is one of tables() (the operations below refuse any other);
+    // otherwise errorString() says why.
+    bool checkTable(const QString &table);
 
     // "CREATE TABLE " + name + " (mot TEXT );" as typed; false when the engine refuses it
     // or the name is not a plain table name.
@@ -87,7 +89,6 @@ public:
     QString errorString() const { return m_error; }
 
 private:
-    bool checkTable(const QString &table);
     bool checkImportDir();
     qint64 changeTable(const QString &table, const QString &sql);
     qint64 cleanUp(WordDatabase &db, const QString &table, const QString &sql);
