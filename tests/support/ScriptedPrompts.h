@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <deque>
+#include <functional>
 
 namespace kelvora::testsupport {
 
@@ -16,8 +17,15 @@ public:
     QStringList questions;
     std::deque<std::optional<QString>> textAnswers;
     std::deque<std::optional<QColor>> colourAnswers;
+    // Runs while a message is shown, to look at the window behind it.
+    std::function<void(const QString &)> onMessage;
 
-    void message(QWidget *, const QString &text) override { messages << text; }
+    void message(QWidget *, const QString &text) override
+    {
+        messages << text;
+        if (onMessage)
+            onMessage(text);
+    }
     std::optional<QString> askText(QWidget *, const QString &prompt) override
     {
         questions << prompt;

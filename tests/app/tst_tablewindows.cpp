@@ -1,0 +1,412 @@
+// The word tables as the user changes them: the Table menu with its messages and
+// captions, the query window, and the table editor.
+#include "WindowTest.h"
+#include "core/Windows1252.h"
+#include "ui/TableEditor.h"
+#include "ui/WordGridModel.h"
+#include "words/QueryComposer.h"
+#include "words/WordDatabase.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTableView>
+#include <QtTest>
+
+using namespace kelvora;
+using queryComposer::Piece;
+
+class TableWindowsTest : public testsupport::WindowTest {
+    Q_OBJECT
+    QString banner(const QString &table, int count) const
+    {
+        return QStringLiteral("Kelvora Version 3.2.5, Table : %1 (%2),   Utilisateur=défaut").arg(table).arg(count);
+    }
+    QStringList listed() const
+    {
+        QStringList names;
+        auto *list = w<QComboBox>("TABLES");
+        for (int i = 0; i < list->count(); ++i)
+            names << list->itemText(i);
+        return names;
+    }
+    // The five entries' captions, joined.
+    QString captions() const
+    {
+        QStringList texts;
+        for (const char *name : {"importmot1", "exportmot", "edittablcourante", "videtable", "supprimetable"})
+            texts << w<QAction>(name)->text();
+        return texts.join(" | ");
+    }
+    static QString longCaptions(const QString &t)
+    {
+        return QStringLiteral("Importer des mots dans la table '%1' | Exporter les mots de la table '%1' | "
+                              "Editer la table '%1' | Vider '%1' | Supprimer '%1'").arg(t);
+    }
+    // The export file a "Table sauvegardé sous : " message names, as words.
+    QStringList exported() const
+    {
+        const QString prefix = QStringLiteral("Table sauvegardé sous : ");
+        for (const QString &m : fx->prompts.messages)
+            if (m.startsWith(prefix)) {
+                const QString text = windows1252::decode(testsupport::fileBytes(QDir::fromNativeSeparators(m.mid(prefix.size()))));
+                return text.split("\r\n", Qt::SkipEmptyParts);
+            }
+        return {};
+    }
+    QWidget *queryWindow()
+    {
+        click("Command17");
+        return fsql();
+    }
+    QWidget *fsql() const { return w<QWidget>("Fsql"); }
+    // The query window's own buttons (the main window has buttons of the same names).
+    void fsqlClick(const QString &name) { testsupport::press(fsql()->findChild<QPushButton *>(name)); }
+    QPushButton *piece(Piece p) { return fsql()->findChild<QPushButton *>(QStringLiteral("Command%1").arg(int(p) + 1)); }
+    QPlainTextEdit *rq() { return fsql()->findChild<QPlainTextEdit *>("rq"); }
+
+private slots:
+    void tableOperations_data()
+    {
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("table");  // current before
+        QTest::addColumn<QString>("answer"); // to the name question; "<cancel>" cancels
+        QTest::addColumn<QStringList>("messages");
+        QTest::addColumn<QString>("after"); // current table after
+        QTest::addColumn<QStringList>("tables");
+        const QStringList all = {"animaux", "mot", "qcode"};
+        const QString wait = "cliquez sur 'OK' et Patientez s.v.p. !", before = "Avant la bétise je vous fait une exportation !";
+        QTest::addRow("create") << "createtable" << "mot" << "liste" << QStringList() << "liste" << QStringList{"animaux", "liste", "mot", "qcode"};
+        QTest::addRow("create cancelled") << "createtable" << "qcode" << "<cancel>" << QStringList() << "qcode" << all;
+        QTest::addRow("create empty name") << "createtable" << "qcode" << "" << QStringList() << "qcode" << all;
+        QTest::addRow("create with a blank") << "createtable" << "qcode" << "ma liste" << QStringList{"erreur de creation de table"} << "qcode" << all;
+        QTest::addRow("create existing") << "createtable" << "qcode" << "animaux" << QStringList{"erreur de creation de table"} << "qcode" << all;
+        QTest::addRow("create ref") << "createtable" << "qcode" << "ref" << QStringList{"erreur de creation de table"} << "qcode" << all;
+        QTest::addRow("create drop") << "createtable" << "qcode" << "x (mot TEXT); drop table mot; --" << QStringList{"erreur de creation de table"} << "qcode" << all;
+        QTest::addRow("empty qcode") << "videtable" << "qcode" << "" << QStringList{before, wait, "<backup>", "La Table est maintenant vide"} << "qcode" << all;
+        QTest::addRow("empty mot") << "videtable" << "mot" << "" << QStringList{before, wait, "<backup>", "La Table est maintenant vide"} << "mot" << all;
+        QTest::addRow("delete qcode") << "supprimetable" << "qcode" << "" << QStringList{before, wait, "<backup>", "La Table est Supprimée"} << "mot" << QStringList{"animaux", "mot"};
+        QTest::addRow("delete mot does nothing") << "supprimetable" << "mot" << "" << QStringList() << "mot" << all;
+        QTest::addRow("export") << "exportmot" << "animaux" << "" << QStringList{wait, "<backup>"} << "animaux" << all;
+        QTest::addRow("empty, no import folder") << "videtable" << "qcode" << "<no folder>" << QStringList{before, wait, "<no folder>"} << "qcode" << all;
+    }
+    void tableOperations()
+    {
+        QFETCH(QString, entry);
+        QFETCH(QString, table);
+        QFETCH(QString, answer);
+        QFETCH(QStringList, messages);
+        QFETCH(QString, after);
+        QFETCH(QStringList, tables);
+        const QStringList words = fx->words(table);
+        if (answer != "<no folder>")
+            QVERIFY(QDir().mkpath(fx->path("import")));
+        open({{"lasttable", table == "mot" ? "qcode" : "mot"}});
+        choose("TABLES", w<QComboBox>("TABLES")->findText(table));
+        fx->prompts.textAnswers.push_back(answer == "<cancel>" ? std::nullopt : std::optional<QString>(answer));
+        QStringList shownBehind; // the captions while each message is open
+        fx->prompts.onMessage = [&](const QString &) { shownBehind << captions(); };
+        trigger(entry);
+
+        QStringList seen = fx->prompts.messages;
+        for (QString &m : seen)
+            if (m.startsWith("Table sauvegardé sous : " + QDir::toNativeSeparators(fx->path("import/" + table))) && m.endsWith(".txt"))
+                m = "<backup>";
+            else if (m == QStringLiteral("Le dossier « %1 » n'existe pas : la table n'a pas été touchée.").arg(QDir::toNativeSeparators(fx->path("import"))))
+                m = "<no folder>";
+        QCOMPARE(seen, messages);
+        if (messages.contains("<backup>"))
+            QCOMPARE(exported(), words); // every former word, in the window's order
+        QCOMPARE(listed(), tables);
+        QCOMPARE(valueOf("TABLES"), after);
+        QCOMPARE(fx->stored("défaut", "lasttable"), after);
+        QCOMPARE(win->windowTitle(), banner(after, fx->words(after).size()));
+        QCOMPARE(w<QLabel>("Label31")->text(), "Requête sur les mots de la Table " + after);
+        QCOMPARE(captions(), longCaptions(after));
+        if (entry == "videtable")
+            QCOMPARE(fx->words(table), answer == "<no folder>" ? words : QStringList());
+        if (entry == "supprimetable" && !messages.isEmpty()) // the short form, while the last message shows
+            QCOMPARE(shownBehind.last(), QStringLiteral("Importer des mots dans 'mot' | Exporter les mots de 'mot' | "
+                                                        "Editer 'mot' | Vider 'mot' | Supprimer 'mot'"));
+        // A new table opens in the editor, empty.
+        TableEditor *editor = win->tableEditor();
+        QCOMPARE(editor != nullptr, entry == "createtable" && after == answer);
+        if (editor)
+            QCOMPARE(editor->windowTitle(), "Kelvora Version 3.2.5 Table : " + answer + " (0)");
+    }
+
+    void importAddsTheFileWords_data()
+    {
+        QTest::addColumn<QByteArray>("file"); // "<none>": no file
+        QTest::addColumn<QStringList>("added");
+        QTest::addColumn<QString>("last");
+        // mot holds 5 words; a blank, a duplicate and a last line without CR are not added.
+        QTest::addRow("words") << QByteArray("z\xe8" "bre\r\nabeille\r\nz\xe8" "bre\r\n  \r\nfin") << QStringList{"abeille", "zèbre"} << "avant import 5 Après import 7";
+        QTest::addRow("LF only") << QByteArray("un\ndeux\n") << QStringList() << "avant import 5 Après import 5";
+        QTest::addRow("no file") << QByteArray("<none>") << QStringList() << "avant import 5 Après import 5\n\nLe fichier %1 n'existe pas : aucun mot n'a été importé.";
+    }
+    void importAddsTheFileWords()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QStringList, added);
+        QFETCH(QString, last);
+        QVERIFY(QDir().mkpath(fx->path("import")));
+        if (file != "<none>") {
+            QFile f(fx->path("import/mot.txt"));
+            QVERIFY(f.open(QIODevice::WriteOnly) && f.write(file) == file.size());
+        }
+        const QStringList before = fx->words("mot");
+        open();
+        trigger("importmot1");
+        const QStringList m = fx->prompts.messages;
+        QCOMPARE(m.size(), 5);
+        QCOMPARE(m.mid(0, 2), QStringList({"Avant l'import je fait une sauvegarde au cas ou !", "cliquez sur 'OK' et Patientez s.v.p. !"}));
+        QVERIFY(m[2].startsWith("Table sauvegardé sous : "));
+        QCOMPARE(m[3], QStringLiteral("placez ou éditez dans le repertoire de Kelvora/import un fichier nomé mot.txt (un mot par ligne)"));
+        QCOMPARE(m[4], last.arg(QDir::toNativeSeparators(fx->path("import/mot.txt"))));
+        QCOMPARE(exported(), before);
+        QStringList expected = before + added;
+        const QStringList now = fx->words("mot");
+        QCOMPARE(QSet<QString>(now.begin(), now.end()), QSet<QString>(expected.begin(), expected.end()));
+        QCOMPARE(win->windowTitle(), banner("mot", expected.size()));
+        QCOMPARE(QFile::exists(fx->path("import/mot.txt")), file != "<none>"); // never made up
+    }
+
+    void cleanUpButtonsSayWhatTheyRemoved_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QStringList>("extra"); // added to qcode's QRZ QSL QRM QTH
+        QTest::addColumn<QString>("notice");
+        QTest::addColumn<QStringList>("after");
+        QTest::addRow("blanc") << "Command8" << QStringList{" ", "", "QRZ "} << "Mots vides retirés : 1" << QStringList{" ", "QRM", "QRZ", "QRZ ", "QSL", "QTH"};
+        QTest::addRow("doublons, case kept") << "Command10" << QStringList{"QRZ", "qrz", "QRZ"} << "Doublons retirés : 2" << QStringList{"QRM", "QRZ", "qrz", "QSL", "QTH"};
+        QTest::addRow("correc acc") << "Command9" << QStringList{"z\u00afbre"} << "Mots corrigés : 1" << QStringList{"QRM", "QRZ", "QSL", "QTH", "zèbre"};
+    }
+    void cleanUpButtonsSayWhatTheyRemoved()
+    {
+        QFETCH(QString, button);
+        QFETCH(QStringList, extra);
+        QFETCH(QString, notice);
+        QFETCH(QStringList, after);
+        for (const QString &word : extra)
+            QVERIFY(fx->addWord("qcode", word));
+        open({{"lasttable", "qcode"}});
+        click(button);
+        QCOMPARE(win->statusBar()->currentMessage(), notice);
+        QCOMPARE(fx->words("qcode"), after);
+        QCOMPARE(win->windowTitle(), banner("qcode", after.size()));
+        QVERIFY(fx->prompts.messages.isEmpty());
+    }
+
+    void ascTellsTheCodeAfterTheCaret_data()
+    {
+        QTest::addColumn<int>("caret");
+        QTest::addColumn<QStringList>("messages");
+        QTest::addRow("é") << 1 << QStringList{"233"};
+        QTest::addRow("euro") << 2 << QStringList{"128"};
+        QTest::addRow("at the end") << 3 << QStringList();
+    }
+    void ascTellsTheCodeAfterTheCaret()
+    {
+        QFETCH(int, caret);
+        QFETCH(QStringList, messages);
+        open();
+        auto *exo = w<QPlainTextEdit>("EXO");
+        exo->setPlainText("aé€");
+        QTextCursor c = exo->textCursor();
+        c.setPosition(caret);
+        exo->setTextCursor(c);
+        click("Command7");
+        QCOMPARE(fx->prompts.messages, messages);
+    }
+
+    // Each row presses pieces in turn ("ET", "OU", ">=", "<=", "has", "lacks", ...) and
+    // then reads the query field, the count and the state of the connectives.
+    void queryWindowComposes_data()
+    {
+        QTest::addColumn<QString>("ch");
+        QTest::addColumn<QList<int>>("pieces");
+        QTest::addColumn<QString>("req");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<bool>("connectivesOn");
+        const int atLeast = int(Piece::AtLeast), atMost = int(Piece::AtMost), andP = int(Piece::And), orP = int(Piece::Or);
+        QTest::addRow("3 to 5 letters") << "" << QList<int>{atLeast, andP, atMost} << "len(mot) >= 3 and len(mot) <= 5 " << 2 << true;
+        QTest::addRow("ends with a connective") << "" << QList<int>{atLeast, orP} << "len(mot) >= 3 or " << 0 << false;
+        QTest::addRow("letters a and n") << "an" << QList<int>{int(Piece::HasLetters)} << "mot like '*a*'  and mot like '*n*' " << 1 << true;
+        QTest::addRow("quote and ? escaped") << "?'" << QList<int>{int(Piece::HasLetters)} << "mot like '*[?]*'  and mot like '*''*' " << 0 << true;
+        QTest::addRow("lacks e") << "e" << QList<int>{int(Piece::LacksLetters)} << "mot not like '*e*' " << 2 << true;
+        QTest::addRow("string") << "at" << QList<int>{int(Piece::HasString)} << "mot  like '*at*'" << 1 << true;
+        QTest::addRow("not string") << "at" << QList<int>{int(Piece::LacksString)} << "mot not like '*at*'" << 4 << true;
+        QTest::addRow("starts") << "c" << QList<int>{int(Piece::StartsWith)} << "mot like 'c*'" << 1 << true;
+        QTest::addRow("ends, wildcard kept") << "?" << QList<int>{int(Piece::EndsWith)} << "mot like '*?'" << 5 << true;
+    }
+    void queryWindowComposes()
+    {
+        QFETCH(QString, ch);
+        QFETCH(QList<int>, pieces);
+        QFETCH(QString, req);
+        QFETCH(int, count);
+        QFETCH(bool, connectivesOn);
+        open();
+        queryWindow()->findChild<QLineEdit *>("ch")->setText(ch);
+        w<QComboBox>("moins")->setCurrentText("3");
+        w<QComboBox>("plus")->setCurrentText("5");
+        for (int p : pieces) {
+            QVERIFY(piece(Piece(p))->isEnabled());
+            testsupport::press(piece(Piece(p)));
+        }
+        QCOMPARE(valueOf("REQ"), req);
+        QCOMPARE(rq()->toPlainText(), req);
+        for (int p = 0; p < 10; ++p)
+            QCOMPARE(piece(Piece(p))->isEnabled(), (p < 2) == connectivesOn);
+        if (!connectivesOn) // the engine refused the condition: the last words stay
+            QVERIFY(!win->statusBar()->currentMessage().isEmpty());
+        QCOMPARE(w<QLabel>("Data1caption")->text(), QString::number(count));
+        QCOMPARE(queryWindow()->windowTitle(), banner("mot", count));
+    }
+
+    void okFinishes_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("rqAfter");
+        QTest::addColumn<bool>("hidden");
+        QTest::addColumn<int>("count");
+        QTest::addRow("empty") << "" << "mot like '*'" << true << 5;
+        QTest::addRow("trailing or") << "mot like 'a*' or " << "mot like 'a*' " << true << 1;
+        QTest::addRow("trailing and") << "mot like '*a*' and " << "mot like '*a*' " << true << 3;
+        // A refused condition leaves the record set empty, as in the query field.
+        QTest::addRow("unclosed quote") << "mot like 'a" << "mot like 'a" << false << 0;
+        QTest::addRow("another table") << "mot in (select car from ref)" << "mot in (select car from ref)" << false << 0;
+    }
+    void okFinishes()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, rqAfter);
+        QFETCH(bool, hidden);
+        QFETCH(int, count);
+        open();
+        QWidget *window = queryWindow();
+        rq()->setPlainText(typed);
+        fsqlClick("Command11");
+        QCOMPARE(rq()->toPlainText(), rqAfter);
+        QCOMPARE(window->isHidden(), hidden);
+        QCOMPARE(fx->prompts.messages, hidden ? QStringList() : QStringList{"Votre requette ne fonctionne pas veuillez la reformuler s.v.p. ! "});
+        QCOMPARE(win->windowTitle(), banner("mot", count));
+        // Shown again, it is the same window with what was composed.
+        QCOMPARE(queryWindow(), window);
+        QCOMPARE(rq()->toPlainText(), rqAfter);
+    }
+
+    void resetAfterAConnectiveKeepsTheWords()
+    {
+        open();
+        queryWindow()->findChild<QLineEdit *>("ch")->setText("c");
+        testsupport::press(piece(Piece::StartsWith));
+        testsupport::press(piece(Piece::And));
+        const QString shown = win->windowTitle();
+        fsqlClick("Command12");
+        QVERIFY(rq()->toPlainText().isEmpty() && fsql()->findChild<QLineEdit *>("ch")->text().isEmpty());
+        QVERIFY(!piece(Piece::And)->isEnabled() && piece(Piece::HasLetters)->isEnabled());
+        QCOMPARE(win->windowTitle(), shown); // the record set untouched
+        // After a condition, it applies the neutral condition and the buttons start over.
+        testsupport::press(piece(Piece::StartsWith));
+        fsqlClick("Command12");
+        QVERIFY(!piece(Piece::And)->isEnabled() && piece(Piece::HasLetters)->isEnabled());
+        QCOMPARE(w<QLabel>("Data1caption")->text(), QStringLiteral("5"));
+        QVERIFY(rq()->toPlainText().isEmpty());
+    }
+
+    void progressionQueryWaitsForOk()
+    {
+        open();
+        w<QComboBox>("PROGRESS")->setEditText("ABCdeHINOTUV");
+        queryWindow();
+        fsqlClick("Command13");
+        QCOMPARE(queryWindow()->findChild<QLineEdit *>("ch")->text(), QStringLiteral("éèêëâàäïîôöûüùç€-"));
+        fsqlClick("Command14");
+        const QString q = rq()->toPlainText();
+        QCOMPARE(q.count(" or "), 25);
+        QVERIFY(q.startsWith("mot like '[abcdehinotuv]' or mot like '[abcdehinotuv][abcdehinotuv]' or "));
+        QVERIFY(q.endsWith(QString("[abcdehinotuv]").repeated(26) + "' "));
+        QCOMPARE(w<QLabel>("Data1caption")->text(), QStringLiteral("5")); // not applied yet
+        QVERIFY(piece(Piece::AtLeast)->isEnabled());
+        fsqlClick("Command11");
+        QCOMPARE(win->windowTitle(), banner("mot", 3)); // avion Bateau dune
+    }
+
+    void editorAddsDeletesAndSaves()
+    {
+        QVERIFY(fx->addWord("qcode", "QRZ"));
+        open({{"lasttable", "qcode"}});
+        click("Command13"); // "Edition de la table courante"
+        TableEditor *editor = win->tableEditor();
+        QVERIFY(editor);
+        QTableView *grid = editor->grid();
+        WordGridModel *model = editor->model();
+        QCOMPARE(editor->windowTitle(), QStringLiteral("Kelvora Version 3.2.5 Table : qcode (5)"));
+        QCOMPARE(model->rowCount(), 6); // and the new-row line
+        // The second QRZ changed, the first kept: rows are told apart.
+        QVERIFY(model->setData(model->index(2, 0), "QRX", Qt::EditRole));
+        QVERIFY(model->setData(model->index(5, 0), "QRV", Qt::EditRole));
+        editor->findChild<QPushButton *>("cmdUpdate")->click();
+        QCOMPARE(fx->words("qcode"), QStringList({"QRM", "QRV", "QRX", "QRZ", "QSL", "QTH"}));
+        // Delete the last row: the cursor goes to the new last row.
+        editor->findChild<QPushButton *>("cmdRefresh")->click();
+        grid->setCurrentIndex(model->index(5, 0));
+        editor->findChild<QPushButton *>("cmdDelete")->click();
+        QCOMPARE(grid->currentIndex().row(), 4);
+        QCOMPARE(editor->findChild<QLabel *>("datPrimaryRS")->text(), QStringLiteral("Record: 5"));
+        QCOMPARE(fx->words("qcode"), QStringList({"QRM", "QRV", "QRX", "QRZ", "QSL"}));
+        // A row deleted elsewhere while edited is written back, and said.
+        QVERIFY(model->setData(model->index(0, 0), "QRO", Qt::EditRole));
+        WordDatabase(fx->path("db/kvmot.sqlite")).exec("DELETE FROM qcode WHERE mot = 'QRM'");
+        editor->findChild<QPushButton *>("cmdUpdate")->click();
+        QCOMPARE(fx->prompts.messages.size(), 1);
+        QVERIFY(fx->prompts.messages[0].startsWith("Data error event hit err:"));
+        QVERIFY(fx->words("qcode").contains("QRO"));
+        // Closing counts the table again, without leaving the window's title behind.
+        editor->findChild<QPushButton *>("cmdClose")->click();
+        QCOMPARE(win->windowTitle(), QStringLiteral("Kelvora Version 3.2.5 Table : qcode (5)"));
+        QCOMPARE(w<QLabel>("Data1caption")->text(), QStringLiteral("5"));
+    }
+
+    void editorSeedsAnEmptyTable()
+    {
+        fx->prompts.textAnswers.push_back(QStringLiteral("liste"));
+        open();
+        trigger("createtable");
+        TableEditor *editor = win->tableEditor();
+        editor->findChild<QPushButton *>("cmdAdd")->click();
+        QCOMPARE(fx->words("liste"), QStringList{" "});
+        QCOMPARE(editor->grid()->currentIndex().row(), 1); // the new-row line
+        QVERIFY(editor->model()->setData(editor->grid()->currentIndex(), "bonjour", Qt::EditRole));
+        editor->close(); // pending words are written, not dropped
+        QCOMPARE(fx->words("liste"), QStringList({" ", "bonjour"}));
+        QCOMPARE(w<QLabel>("Data1caption")->text(), QStringLiteral("2"));
+    }
+
+    void editorOnRefShowsTheCurrentTable()
+    {
+        open({{"lasttable", "animaux"}});
+        trigger("reglager");
+        click("editreftable");
+        TableEditor *editor = win->tableEditor();
+        const int refRows = WordDatabase(fx->path("db/kvmot.sqlite")).query("select count(*) from ref").rows[0][0].toInt();
+        QCOMPARE(editor->windowTitle(), QStringLiteral("Kelvora Version 3.2.5 Table : animaux (%1)").arg(refRows));
+        QCOMPARE(editor->model()->columnCount(), 3); // car, cw, wav
+        QCOMPARE(editor->model()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("car"));
+        // Any row of ref can be changed, as any word.
+        QVERIFY(editor->model()->setData(editor->model()->index(0, 1), "-.-.-", Qt::EditRole));
+        editor->findChild<QPushButton *>("cmdUpdate")->click();
+        QVERIFY(fx->prompts.messages.isEmpty());
+        editor->close();
+        QCOMPARE(win->windowTitle(), QStringLiteral("Kelvora Version 3.2.5 Table : animaux (2)"));
+    }
+};
+
+QTEST_MAIN(TableWindowsTest)
+#include "tst_tablewindows.moc"
