@@ -30,13 +30,6 @@ Utf8Arg utf8Arg(sqlite3_value *v)
     return {data ? data : "", sqlite3_value_bytes(v), false};
 }
 
-QStringView utf16Arg(sqlite3_value *v)
-{
-    const void *data = sqlite3_value_text16(v);
-    const int bytes = sqlite3_value_bytes16(v);
-    return data ? QStringView(static_cast<const char16_t *>(data), bytes / 2) : QStringView();
-}
-
 bool isContinuation(char c)
 {
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
@@ -96,18 +89,21 @@ void like(sqlite3_context *ctx, int argc, sqlite3_value **argv)
         sqlite3_result_null(ctx);
         return;
     }
-    const QStringView pattern = utf16Arg(argv[0]);
+    // UTF-8 as stored: a scan converts nothing per row.
+    const auto *patternText = reinterpret_cast<const char *>(sqlite3_value_text(argv[0]));
+    const QByteArrayView pattern(patternText, sqlite3_value_bytes(argv[0]));
     std::unique_ptr<JetPattern> fresh;
     const auto *compiled = static_cast<const JetPattern *>(sqlite3_get_auxdata(ctx, 0));
-    if (!compiled || compiled->pattern() != pattern) {
-        fresh = std::make_unique<JetPattern>(pattern);
+    if (!compiled || compiled->patternUtf8() != pattern) {
+        fresh = std::make_unique<JetPattern>(QString::fromUtf8(pattern));
         compiled = fresh.get();
     }
     if (!compiled->isValid()) {
         resultError(ctx, compiled->errorString());
         return;
     }
-    sqlite3_result_int(ctx, compiled->matches(utf16Arg(argv[1])) ? 1 : 0);
+    const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(argv[1]));
+    sqlite3_result_int(ctx, compiled->matchesUtf8(text, sqlite3_value_bytes(argv[1])) ? 1 : 0);
     if (fresh) // SQLite owns it from here and may free it at once: not used after this
         sqlite3_set_auxdata(ctx, 0, fresh.release(), [](void *p) { delete static_cast<JetPattern *>(p); });
 }

@@ -3,6 +3,7 @@
 #include "words/FrenchCollation.h"
 
 #include <QChar>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <optional>
@@ -20,13 +21,38 @@ char32_t readCodePoint(QStringView s, qsizetype &i)
 
 char32_t fold(char32_t c)
 {
+    if (c < 0x80) // most letters of a word list: no table lookup
+        return c >= 'A' && c <= 'Z' ? c + 32 : c;
     return QChar::toCaseFolded(c);
 }
+
+// Decodes UTF-8; a malformed sequence reads as U+FFFD, one byte at a time.
+char32_t readUtf8(const unsigned char *s, qsizetype size, qsizetype &i)
+{
+    const unsigned char b = s[i++];
+    if (b < 0x80)
+        return b;
+    const int extra = b >= 0xF0 ? 3 : b >= 0xE0 ? 2 : b >= 0xC0 ? 1 : -1;
+    if (extra < 0 || i + extra > size)
+        return 0xFFFD;
+    char32_t c = b & (0x3F >> extra);
+    for (int k = 0; k < extra; ++k) {
+        if ((s[i + k] & 0xC0) != 0x80)
+            return 0xFFFD;
+        c = (c << 6) | (s[i + k] & 0x3F);
+    }
+    i += extra;
+    return c;
+}
+
+// The code points of a text, on the stack for any ordinary word.
+using CodePoints = QVarLengthArray<char32_t, 128>;
 
 } // namespace
 
 JetPattern::JetPattern(QStringView pattern)
     : m_pattern(pattern.toString())
+    , m_patternUtf8(m_pattern.toUtf8())
 {
     qsizetype i = 0;
     while (i < pattern.size()) {
@@ -100,34 +126,52 @@ bool JetPattern::parseSet(QStringView pattern, qsizetype &pos)
     return true;
 }
 
-bool JetPattern::inSet(const CharSet &set, QStringView ch, char32_t folded) const
+bool JetPattern::inSet(const CharSet &set, char32_t c) const
 {
+    const char32_t folded = fold(c);
     bool found = std::find(set.chars.begin(), set.chars.end(), folded) != set.chars.end();
-    for (size_t r = 0; !found && r < set.ranges.size(); ++r) {
-        found = frenchCollation::compare(ch, set.ranges[r].low) >= 0
-            && frenchCollation::compare(ch, set.ranges[r].high) <= 0;
+    if (!found && !set.ranges.empty()) {
+        const QString ch = QString::fromUcs4(&c, 1);
+        for (size_t r = 0; !found && r < set.ranges.size(); ++r) {
+            found = frenchCollation::compare(ch, set.ranges[r].low) >= 0
+                && frenchCollation::compare(ch, set.ranges[r].high) <= 0;
+        }
     }
     return found != set.negated;
 }
 
-bool JetPattern::matchOne(const Item &item, QStringView text, qsizetype pos, qsizetype &next) const
+bool JetPattern::matchOne(const Item &item, char32_t c) const
 {
-    const qsizetype start = pos;
-    const char32_t c = readCodePoint(text, pos);
-    next = pos;
     switch (item.kind) {
     case Kind::Literal: return fold(c) == item.ch;
     case Kind::AnyChar: return true;
     case Kind::Digit: return c >= '0' && c <= '9';
-    case Kind::Set: return inSet(m_sets[size_t(item.set)], text.mid(start, pos - start), fold(c));
+    case Kind::Set: return inSet(m_sets[size_t(item.set)], c);
     case Kind::Star: break;
     }
     return false;
 }
 
+bool JetPattern::matches(QStringView text) const
+{
+    CodePoints points;
+    for (qsizetype i = 0; i < text.size();)
+        points.append(readCodePoint(text, i));
+    return matches(points.constData(), points.size());
+}
+
+bool JetPattern::matchesUtf8(const char *text, qsizetype bytes) const
+{
+    CodePoints points;
+    const auto *s = reinterpret_cast<const unsigned char *>(text);
+    for (qsizetype i = 0; i < bytes;)
+        points.append(readUtf8(s, bytes, i));
+    return matches(points.constData(), points.size());
+}
+
 // Every item but "*" takes exactly one character, so the classic two-pointer walk that
 // goes back to the last "*" on a mismatch is enough (no exponential backtracking).
-bool JetPattern::matches(QStringView text) const
+bool JetPattern::matches(const char32_t *text, qsizetype size) const
 {
     if (!isValid())
         return false;
@@ -135,7 +179,7 @@ bool JetPattern::matches(QStringView text) const
     qsizetype t = 0;
     std::optional<size_t> star;
     qsizetype starText = 0;
-    while (t < text.size()) {
+    while (t < size) {
         if (p < m_items.size()) {
             const Item &item = m_items[p];
             if (item.kind == Kind::Star) {
@@ -143,18 +187,16 @@ bool JetPattern::matches(QStringView text) const
                 starText = t;
                 continue;
             }
-            qsizetype next = t;
-            if (matchOne(item, text, t, next)) {
+            if (matchOne(item, text[t])) {
                 ++p;
-                t = next;
+                ++t;
                 continue;
             }
         }
         if (!star)
             return false;
         p = *star + 1;
-        readCodePoint(text, starText);
-        t = starText;
+        t = ++starText;
     }
     while (p < m_items.size() && m_items[p].kind == Kind::Star)
         ++p;

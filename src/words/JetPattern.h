@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringView>
 
@@ -16,11 +17,14 @@ public:
     explicit JetPattern(QStringView pattern);
 
     const QString &pattern() const { return m_pattern; }
+    const QByteArray &patternUtf8() const { return m_patternUtf8; }
     bool isValid() const { return m_error.isEmpty(); }
     QString errorString() const { return m_error; } // French, empty when valid
 
     // Whether the whole text matches; an invalid pattern matches nothing.
     bool matches(QStringView text) const;
+    // The same for UTF-8 text, as the database hands it over (no conversion per row).
+    bool matchesUtf8(const char *text, qsizetype bytes) const;
 
 private:
     enum class Kind { Literal, AnyChar, Digit, Set, Star };
@@ -40,10 +44,12 @@ private:
     };
 
     bool parseSet(QStringView pattern, qsizetype &pos);
-    bool matchOne(const Item &item, QStringView text, qsizetype pos, qsizetype &next) const;
-    bool inSet(const CharSet &set, QStringView ch, char32_t folded) const;
+    bool matches(const char32_t *text, qsizetype size) const;
+    bool matchOne(const Item &item, char32_t c) const;
+    bool inSet(const CharSet &set, char32_t c) const;
 
     QString m_pattern;
+    QByteArray m_patternUtf8;
     QString m_error;
     std::vector<Item> m_items;
     std::vector<CharSet> m_sets;

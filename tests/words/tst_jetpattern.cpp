@@ -93,6 +93,8 @@ void TestJetPattern::matches()
     const JetPattern compiled(pattern);
     QVERIFY(compiled.isValid());
     QCOMPARE(compiled.matches(text), expected);
+    const QByteArray utf8 = text.toUtf8(); // as the database hands words over
+    QCOMPARE(compiled.matchesUtf8(utf8.constData(), utf8.size()), expected);
 }
 
 void TestJetPattern::malformed_data()
