@@ -189,10 +189,15 @@ void QueryWindow::refresh()
     if (condition == neutral)
         m_rq->clear(); // the neutral condition is never shown
     // A condition that ends with its connective is refused until the next piece.
-    if (!m_area.applyCondition(condition))
+    if (!m_area.applyCondition(condition)) {
         emit notice(queryComposer::finished(condition) != condition
                         ? QStringLiteral("La requête finit par « ET » ou « OU » : ajoutez une condition.")
                         : m_area.error());
+        m_told = true;
+    } else if (m_told) { // the next piece made it whole: the warning no longer holds
+        emit notice(QString());
+        m_told = false;
+    }
     showCaption();
 }
 

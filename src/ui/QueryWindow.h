@@ -61,6 +61,7 @@ private:
     QComboBox *m_moins = nullptr;
     QComboBox *m_plus = nullptr;
     QPushButton *m_pieces[10] = {};
+    bool m_told = false; // a refusal is in the status bar
 };
 
 } // namespace kelvora

@@ -25,6 +25,22 @@ constexpr int busyTimeoutMs = 5000;
 // Attribute of the engine's own tables (sqlite_sequence, sqlite_stat1...).
 constexpr int systemTableAttribute = 2;
 
+// The engine's reason in French for what a user can meet and act on; else its own words.
+QString reasonFor(sqlite3 *db, int rc)
+{
+    switch (rc & 0xff) {
+    case SQLITE_NOTADB: return QStringLiteral("ce fichier n'est pas une base de données");
+    case SQLITE_CANTOPEN: return QStringLiteral("le fichier est absent ou ne peut pas être ouvert");
+    case SQLITE_CORRUPT: return QStringLiteral("la base est endommagée");
+    case SQLITE_READONLY: return QStringLiteral("la base de mots ne peut pas être modifiée (fichier en lecture seule)");
+    case SQLITE_FULL: return QStringLiteral("le disque est plein");
+    case SQLITE_IOERR: return QStringLiteral("erreur de lecture ou d'écriture sur le disque");
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED: return QStringLiteral("la base de mots est occupée par un autre programme");
+    default: return db ? QString::fromUtf8(sqlite3_errmsg(db)) : QString::fromUtf8(sqlite3_errstr(rc));
+    }
+}
+
 QString quoted(const QString &text)
 {
     return QLatin1Char('"') + text + QLatin1Char('"');
@@ -121,7 +137,7 @@ struct WordDatabase::Private {
                                        "la table « %2 ».")
                             .arg(quoted(sql), *readableTable));
         return fail(QStringLiteral("La requête %1 a échoué : %2")
-                        .arg(quoted(sql), QString::fromUtf8(sqlite3_errmsg(db))));
+                        .arg(quoted(sql), reasonFor(db, sqlite3_extended_errcode(db))));
     }
 
     // The prepared statement for this text, reset and bound; nullptr with `error` set.
@@ -226,12 +242,7 @@ WordDatabase::WordDatabase(const QString &path, OpenMode mode)
     if (rc == SQLITE_OK) // a file that is not a database fails here rather than at first use
         rc = sqlite3_exec(db, "select count(*) from sqlite_master", nullptr, nullptr, nullptr);
     if (rc != SQLITE_OK) {
-        const int code = rc & 0xff;
-        const QString reason = code == SQLITE_NOTADB   ? QStringLiteral("ce fichier n'est pas une base de données")
-                               : code == SQLITE_CANTOPEN ? QStringLiteral("le fichier est absent ou ne peut pas être ouvert")
-                               : code == SQLITE_CORRUPT  ? QStringLiteral("la base est endommagée")
-                               : db                      ? QString::fromUtf8(sqlite3_errmsg(db))
-                                                         : QString::fromUtf8(sqlite3_errstr(rc));
+        const QString reason = reasonFor(db, rc);
         d->openError = reason;
         d->fail(QStringLiteral("Impossible d'ouvrir la base de mots %1 : %2").arg(quoted(path), reason));
         sqlite3_close(db);

@@ -129,7 +129,12 @@ WordTables::Export WordTables::exportTable(const QString &table)
     }
     const std::vector<quint32> order = words.recordOrder();
 
-    result.path = QDir(m_importDir).filePath(wordFile::exportName(table, now()));
+    const QString name = wordFile::exportName(table, now());
+    result.path = QDir(m_importDir).filePath(name);
+    // Two exports in one second (an emptying, then an import) must not overwrite each
+    // other: the later one takes "_2", "_3"...
+    for (int n = 2; QFileInfo::exists(result.path); ++n)
+        result.path = QDir(m_importDir).filePath(name.chopped(4) + u'_' + QString::number(n) + QStringLiteral(".txt"));
     CheckedFile file(result.path);
     file.setDurable(true); // the backup must be on disk before the table is touched
     QByteArray chunk;
@@ -151,8 +156,10 @@ WordTables::Export WordTables::exportTable(const QString &table)
     }
     result.ok = true;
     result.words = qint64(order.size());
-    // Named again once written, as the message always did: a long export names a later second.
-    result.announcedPath = QDir(m_importDir).filePath(wordFile::exportName(table, now()));
+    // Named again once written, as the message always did: a long export names a later
+    // second. A numbered name is told as it is.
+    result.announcedPath = result.path.endsWith(name) ? QDir(m_importDir).filePath(wordFile::exportName(table, now()))
+                                                      : result.path;
     return result;
 }
 

@@ -105,12 +105,14 @@ void WordTablesTest::exportWritesTheRecordOrderInWindows1252()
     // letter, "?" for what the code page cannot hold; a NULL word is an empty line.
     QCOMPARE(wordsOf(m_fixture->database(), "mot"), (QStringList{"<NULL>", " Mot ", "été", "mot", "zèbre", "😀"}));
     QCOMPARE(testsupport::readFile(e.path), QByteArray("\r\nMot\r\n\xe9t\xe9\r\nmot\r\nz\xe8" "bre\r\n?\r\n"));
-    // Exporting an empty table still makes its (empty) file.
+    // Exporting an empty table still makes its (empty) file; in the same second, beside
+    // the first one, not over it.
     QVERIFY(m_fixture->database().exec("delete from mot"));
-    m_when = m_when.addSecs(1);
     const WordTables::Export empty = t.exportTable("mot");
-    QVERIFY(empty.ok && QFileInfo(empty.path).fileName() == "mot11-16_013208.txt");
+    QVERIFY(empty.ok && QFileInfo(empty.path).fileName() == "mot11-16_013207_2.txt");
+    QCOMPARE(empty.announcedPath, empty.path);
     QCOMPARE(testsupport::readFile(empty.path), QByteArray());
+    QCOMPARE(testsupport::readFile(e.path).size(), 27);
 }
 
 void WordTablesTest::cleanUps_data()
