@@ -1,5 +1,6 @@
 #include "CliApp.h"
 #include "CliCommand.h"
+#include "TextCommand.h"
 #include "WordsCommand.h"
 
 #include "settings/AppPaths.h"
@@ -96,24 +97,6 @@ SoundSettings soundSettings(const Command &c, const SettingsStore &store, const 
     return s;
 }
 
-QString readText(const Command &c, QIODevice &in)
-{
-    if (const auto t = option(c, "--text"))
-        return *t;
-    if (const auto f = option(c, "--file")) {
-        QFile file(*f);
-        if (!file.open(QIODevice::ReadOnly))
-            throw UsageError{QStringLiteral("Impossible de lire le fichier « %1 » : %2")
-                                 .arg(*f, file.errorString())};
-        return windows1252::decode(file.readAll());
-    }
-    QString text = QString::fromUtf8(in.readAll());
-    if (text.endsWith("\r\n"))
-        text.chop(2);
-    else if (text.endsWith('\n'))
-        text.chop(1);
-    return text;
-}
 
 void parseSelection(const QString &text, qsizetype *start, qsizetype *length)
 {
@@ -270,6 +253,25 @@ int exerciseCommand(const Command &c, const SettingsStore &store, const QString 
 
 } // namespace
 
+QString readText(const Command &c, QIODevice &in)
+{
+    if (const auto t = option(c, "--text"))
+        return *t;
+    if (const auto f = option(c, "--file")) {
+        QFile file(*f);
+        if (!file.open(QIODevice::ReadOnly))
+            throw UsageError{QStringLiteral("Impossible de lire le fichier « %1 » : %2")
+                                 .arg(*f, file.errorString())};
+        return windows1252::decode(file.readAll());
+    }
+    QString text = QString::fromUtf8(in.readAll());
+    if (text.endsWith("\r\n"))
+        text.chop(2);
+    else if (text.endsWith('\n'))
+        text.chop(1);
+    return text;
+}
+
 QString usage()
 {
     return QStringLiteral(
@@ -299,6 +301,9 @@ QString usage()
         "  words empty|delete [--table T]        sauvegarde la table, puis la vide ou la supprime\n"
         "  words clean [--table T] [--blank] [--duplicates]   retire les mots vides et/ou les\n"
         "                doublons (les deux sans option) ; --table vaut par défaut la table du profil\n"
+        "  transform OUTIL  groups (groupes de cinq), accents, reverse (inverse) ou spaces (espace\n"
+        "                chaque caractère) sur --text, --file ou l'entrée standard ; le résultat tel quel\n"
+        "  textfile NOM [--append TEXTE]  le texte d'exercice que donne le fichier textes/NOM\n"
         "\n"
         "--seed S (avant la commande) rend les tirages reproductibles.\n");
 }
@@ -313,14 +318,19 @@ int run(const QStringList &arguments, const QString &executableDir, QTextStream 
             return exitOk;
         }
         if (c.positional.isEmpty())
-            throw UsageError{QStringLiteral("Il manque la commande (timing, pattern, render, exercise ou words).")};
+            throw UsageError{QStringLiteral("Il manque la commande (timing, pattern, render, exercise, words, "
+                                            "transform ou textfile).")};
         const QString command = c.positional.first();
         if (command != "timing" && command != "pattern" && command != "render" && command != "exercise"
-            && command != "words")
+            && command != "words" && command != "transform" && command != "textfile")
             throw UsageError{QStringLiteral("Commande inconnue : %1").arg(command)};
+        if (command == "transform") // text in, text out: no installation needed
+            return transformCommand(c, in, out, err);
 
         const AppPaths paths = AppPaths::fromProgramDir(resolveProgramDir(
             arguments, qEnvironmentVariable("KELVORA_ROOT"), executableDir));
+        if (command == "textfile")
+            return textFileCommand(c, paths, out, err);
         const SettingsStore store(
             resolveSettingsPath(arguments, qEnvironmentVariable("KELVORA_SETTINGS")));
         QString user = option(c, "--user").value_or(store.lastUser());

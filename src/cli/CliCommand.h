@@ -1,5 +1,7 @@
 #pragma once
 
+class QIODevice;
+
 #include <QString>
 #include <QStringList>
 
@@ -35,5 +37,9 @@ inline bool hasFlag(const Command &c, const QString &name)
 {
     return c.options.count(name) > 0;
 }
+
+// The text a command works on: --text, --file (Windows-1252) or standard input (UTF-8,
+// one trailing line end dropped).
+QString readText(const Command &c, QIODevice &in);
 
 } // namespace kelvora::cli

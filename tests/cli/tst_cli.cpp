@@ -37,6 +37,8 @@ private slots:
     void words_data();
     void words();
     void killedImportLeavesTheTableWhole();
+    void text_data();
+    void text();
 
 private:
     struct Run {
@@ -61,6 +63,9 @@ void CliTest::initTestCase()
     for (const char *word : {"été", "forêt", "chat", "arc-en-ciel", "gare", "terre", "mer", "zèbre", "âge"})
         QVERIFY(db.exec("insert into mot (mot) values (?)", {QString::fromUtf8(word)}));
     QVERIFY(db.exec("create table vide (mot text)"));
+    QVERIFY(QDir().mkpath(m_root + "/textes"));
+    QFile qso(m_root + "/textes/qso.txt");
+    QVERIFY(qso.open(QIODevice::WriteOnly) && qso.write("CQ DE F4KVX\r\nNo\xebl\r\n") == 19);
 }
 
 void CliTest::init()
@@ -469,6 +474,39 @@ void CliTest::killedImportLeavesTheTableWhole()
     QCOMPARE(saved.count("\r\n"), 500);
     QVERIFY(saved.startsWith("ancien0\r\nancien1\r\nancien10\r\n"));
     QVERIFY(db.exec("drop table gros"));
+}
+
+void CliTest::text_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("input");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("out"); // exactly; for an error, part of the message
+    QTest::addRow("groups from standard input") << QStringList{"transform", "groups"} << QByteArray("ABCDEFGHIJKL\n") << 0 << "ABCDE FGHIJ ";
+    QTest::addRow("accents") << QStringList{"transform", "accents", "--text", "Noël-Ü"} << QByteArray() << 0 << "Noel/Ü";
+    QTest::addRow("reverse") << QStringList{"transform", "reverse", "--text", "  abc  "} << QByteArray() << 0 << "cba";
+    QTest::addRow("spaces") << QStringList{"transform", "spaces", "--text", "a b"} << QByteArray() << 0 << "a   b ";
+    QTest::addRow("empty text") << QStringList{"transform", "groups", "--text", ""} << QByteArray() << 0 << "";
+    QTest::addRow("no tool") << QStringList{"transform"} << QByteArray() << 2 << "attend un outil";
+    QTest::addRow("unknown tool") << QStringList{"transform", "upper"} << QByteArray() << 2 << "Outil inconnu";
+    QTest::addRow("text file") << QStringList{"textfile", "qso.txt"} << QByteArray() << 0 << "CQ DE F4KVXNoël";
+    QTest::addRow("text file appended") << QStringList{"textfile", "qso.txt", "--append", "VVV"} << QByteArray() << 0 << "VVV CQ DE F4KVXNoël";
+    QTest::addRow("text file missing") << QStringList{"textfile", "absent.txt"} << QByteArray() << 2 << "absent.txt";
+}
+
+void CliTest::text()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, input);
+    QFETCH(int, status);
+    QFETCH(QString, out);
+    const Run r = run(arguments, input);
+    QCOMPARE(r.status, status);
+    if (status == 0)
+        QVERIFY(r.out == out && r.err.isEmpty());
+    else
+        QVERIFY2(r.err.contains(out), qPrintable(r.err));
+    QVERIFY(!QFile::exists(m_root + "/textes/absent.txt"));
 }
 
 QTEST_GUILESS_MAIN(CliTest)

@@ -1,0 +1,56 @@
+#include "texttools/TextFile.h"
+
+#include "core/Windows1252.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace kelvora::textFile {
+
+QStringList list(const QString &folder)
+{
+    return QDir(folder).entryList({QStringLiteral("*.txt")}, QDir::Files | QDir::Readable,
+                                  QDir::Name | QDir::IgnoreCase);
+}
+
+QString textOf(const QByteArray &bytes)
+{
+    QByteArray kept;
+    kept.reserve(bytes.size());
+    for (char b : bytes) {
+        if (b != '\n' && b != '\r')
+            kept.append(b);
+    }
+    return windows1252::decode(kept);
+}
+
+QString loaded(const QString &current, bool append, const QString &fileText)
+{
+    return append ? current + u' ' + fileText : fileText;
+}
+
+Read read(const QString &path)
+{
+    Read r;
+    QFile file(path);
+    if (!file.exists()) {
+        r.error = QStringLiteral("Le fichier « %1 » n'existe pas.").arg(QDir::toNativeSeparators(path));
+        return r;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        r.error = QStringLiteral("Le fichier « %1 » ne peut pas être lu : %2")
+                      .arg(QDir::toNativeSeparators(path), file.errorString());
+        return r;
+    }
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        r.error = QStringLiteral("Le fichier « %1 » ne peut pas être lu : %2")
+                      .arg(QDir::toNativeSeparators(path), file.errorString());
+        return r;
+    }
+    r.ok = true;
+    r.text = textOf(bytes);
+    return r;
+}
+
+} // namespace kelvora::textFile
