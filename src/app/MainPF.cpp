@@ -21,6 +21,7 @@
 #include "ui/QueryWindow.h"
 #include "ui/TableCommands.h"
 #include "ui/TableEditor.h"
+#include "ui/TextFileArea.h"
 #include "ui/WordTableArea.h"
 #include "app/kvglobal.h"
 #include "playback/CorrectionReplay.h"
@@ -72,6 +73,7 @@ MainPF::MainPF(Session &session, const QString &settingsPath, UserPrompts &promp
     wirePlayback();
     wirePanel();
     wireTables();
+    wireTextFiles();
     markLaterCommands();
     accessibility::nameControls(this);
     accessibility::hideItemsOfHiddenPages(m_ui->vues);
@@ -274,11 +276,19 @@ void MainPF::markLaterCommands()
     const Ui::MainPF &ui = *m_ui;
     const QString later = QString::fromUtf8(mainTexts::laterTooltip);
     for (QAction *action :
-         {ui.ouvrir, ui.fencla, ui.motenboucle, ui.motclavier, ui.textengroupe, ui.racc, ui.inversion,
-          ui.doubleespace}) {
+         {ui.fencla, ui.motenboucle, ui.motclavier}) {
         action->setEnabled(false);
         action->setToolTip(later);
     }
+}
+
+void MainPF::wireTextFiles()
+{
+    const Ui::MainPF &ui = *m_ui;
+    m_textFiles = new TextFileArea({ui.File1, ui.EXO, ui.ajout, ui.ouvrir, ui.textengroupe, ui.racc, ui.inversion,
+                                    ui.doubleespace},
+                                   m_session.paths, *m_views, *m_writer, m_prompts,
+                                   [this] { m_playback->prepare(true); }, this, this);
 }
 
 void MainPF::wireTables()

@@ -27,6 +27,7 @@ class PushToTalkControl;
 class QueryWindow;
 class TableCommands;
 class TableEditor;
+class TextFileArea;
 class SettingsStore;
 class SettingsWriter;
 struct Session;
@@ -111,6 +112,7 @@ private:
     void setMenusVisible(bool visible);
     void fitToScreen();
     void wireTables();
+    void wireTextFiles();
     void openEditor(bool reference);
     void showQueryWindow();
     QString editorCaption(int count) const;
@@ -138,9 +140,9 @@ private:
     ExercisePlayback *m_playback = nullptr;
     ExerciseGenerator *m_generator = nullptr;
     TableCommands *m_tableCommands = nullptr;
+    TextFileArea *m_textFiles = nullptr;
     QPointer<TableEditor> m_editor;
 
-    QString m_fichier1;   // last text file picked, for the file list
 };
 
 } // namespace kelvora

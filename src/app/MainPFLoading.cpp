@@ -129,7 +129,7 @@ void MainPF::restorparamuser()
             }
             // What a key does beyond its control.
             if (key == k::fichier1)
-                m_fichier1 = value;
+                m_views->setLastFile(value);
             else if (key == k::ncom)
                 m_ptt->restorePort(p.portNumber());
             else if (key == k::cache)

@@ -1,6 +1,7 @@
 #include "ui/ViewSwitcher.h"
 
 #include "settings/AppPaths.h"
+#include "texttools/TextFile.h"
 
 #include <QAbstractButton>
 #include <QDir>
@@ -74,10 +75,11 @@ void ViewSwitcher::loadHelpPage()
 
 void ViewSwitcher::fillFileList()
 {
-    const QDir folder(m_paths.textFolder());
     m_views.files->clear();
-    m_views.files->addItems(
-        folder.entryList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name | QDir::IgnoreCase));
+    m_views.files->addItems(textFile::list(m_paths.textFolder()));
+    const QList<QListWidgetItem *> last = m_views.files->findItems(m_lastFile, Qt::MatchExactly);
+    if (!last.isEmpty())
+        m_views.files->setCurrentItem(last.first());
 }
 
 } // namespace kelvora

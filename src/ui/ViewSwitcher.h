@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 
 class QAbstractButton;
 class QListWidget;
@@ -39,11 +40,14 @@ public:
     // The action of "Cache" for its present value: help in place of the text, or the text.
     void applyHideText();
     void loadHelpPage();
+    // The folder's text files, the last one loaded picked.
     void fillFileList();
+    void setLastFile(const QString &name) { m_lastFile = name; }
 
 private:
     Views m_views;
     const AppPaths &m_paths;
+    QString m_lastFile; // fichier1
 };
 
 } // namespace kelvora

@@ -169,9 +169,10 @@ private slots:
                                      "ajout=Ajoute / n'ajoute pas au texte présent", "cls=Efface le texte exercice",
                                      "createtable=Nouvelle", "importmot1=Importer des mots dans 'mot'",
                                      "exportmot=Exporter les mots de 'mot'", "edittablcourante=Editer 'mot'", "videtable=Vider 'mot'",
-                                     "supprimetable=Supprimer 'mot'", "fenreq=Requêtte", "fentable=Table"};
-        const QStringList coming = {"ouvrir=Ouvrir un fichier texte", "fencla=Clavier", "motenboucle=Mot diffusé en boucle", "motclavier=Mots au clavier", "textengroupe=Transforme texte en groupes",
-                                    "racc=Retirer les accents du texte", "inversion=Inverser le texte", "doubleespace=Doubler les espaces"};
+                                     "supprimetable=Supprimer 'mot'", "fenreq=Requêtte", "fentable=Table",
+                                     "ouvrir=Ouvrir un fichier texte", "textengroupe=Transforme texte en groupes",
+                                     "racc=Retirer les accents du texte", "inversion=Inverser le texte", "doubleespace=Doubler les espaces"};
+        const QStringList coming = {"fencla=Clavier", "motenboucle=Mot diffusé en boucle", "motclavier=Mots au clavier"};
         for (const QStringList *list : {&working, &coming})
             for (const QString &entry : *list) {
                 const QAction *a = w<QAction>(entry.section('=', 0, 0));
@@ -284,23 +285,76 @@ private slots:
         QCOMPARE(fx->stored("défaut", "cache"), hidden ? "1" : "0");
     }
 
-    void fileViewListsTheTexts()
+    void fileViewListsAndLoadsTheTexts_data()
     {
+        QTest::addColumn<bool>("append");
+        QTest::addColumn<QString>("file"); // clicked; "parti.txt" is deleted first
+        QTest::addColumn<QString>("exercise");
+        QTest::addRow("replaces the text") << false << "qso.txt" << "CQ CQ DE F4KLVNoël";
+        QTest::addRow("appended after a blank") << true << "qso.txt" << "VVV CQ CQ DE F4KLVNoël";
+        QTest::addRow("gone since listed") << false << "parti.txt" << "VVV";
+    }
+    void fileViewListsAndLoadsTheTexts()
+    {
+        QFETCH(bool, append);
+        QFETCH(QString, file);
+        QFETCH(QString, exercise);
+        QFile qso(fx->path("textes/qso.txt"));
+        QVERIFY(qso.open(QIODevice::WriteOnly) && qso.write("CQ CQ DE F4KLV\r\nNo\xebl\r\n") == 22);
+        qso.close();
+        QFile gone(fx->path("textes/parti.txt"));
+        QVERIFY(gone.open(QIODevice::WriteOnly));
+        gone.close();
         open();
-        click("Command16");
+        w<QPlainTextEdit>("EXO")->setPlainText("VVV");
+        w<QAction>("ajout")->setChecked(append);
+        trigger("ouvrir");
         auto *files = w<QListWidget>("File1");
-        QStringList names;
-        for (int i = 0; i < files->count(); ++i)
-            names << files->item(i)->text();
-        QCOMPARE(names, (QStringList{"abc.txt", "meteo.txt", "qso.txt"}));
-        // A text added meanwhile shows at the next visit.
-        QFile extra(fx->path("textes/bulletin.txt"));
-        QVERIFY(extra.open(QIODevice::WriteOnly));
-        extra.close();
-        click("Command14");
+        const auto names = [files] {
+            QStringList n;
+            for (int i = 0; i < files->count(); ++i)
+                n << files->item(i)->text();
+            return n;
+        };
+        QCOMPARE(names(), (QStringList{"abc.txt", "meteo.txt", "parti.txt", "qso.txt"}));
+        QVERIFY(QFile::remove(fx->path("textes/parti.txt"))); // after the listing
+        QFile::remove(fx->path("tmp/test.wav")); // the sound prepared at start
+        const QRect place = files->visualItemRect(files->findItems(file, Qt::MatchExactly).first());
+        QTest::mouseClick(files->viewport(), Qt::LeftButton, {}, place.center());
+        QCOMPARE(w<QPlainTextEdit>("EXO")->toPlainText(), exercise);
+        const bool loaded = file != "parti.txt";
+        QCOMPARE(fx->stored("défaut", "fichier1"), loaded ? file : QStringLiteral("<absent>"));
+        QCOMPARE(shownViews(), loaded ? QStringLiteral("EXO Text1") : QStringLiteral("File1"));
+        QCOMPARE(QFile::exists(fx->path("tmp/test.wav")), loaded); // its sound prepared
+        QCOMPARE(fx->prompts.messages, loaded ? QStringList() : QStringList{"Le fichier « " + QDir::toNativeSeparators(fx->path("textes/parti.txt")) + " » n'existe pas."});
+        QVERIFY(!QFile::exists(fx->path("textes/parti.txt")));
+        // Shown again, the list has the folder as it is, the last file loaded picked.
         click("Command16");
-        QCOMPARE(files->count(), 4);
-        QCOMPARE(files->item(1)->text(), QStringLiteral("bulletin.txt"));
+        QCOMPARE(names(), (QStringList{"abc.txt", "meteo.txt", "qso.txt"}));
+        QCOMPARE(files->currentItem() ? files->currentItem()->text() : QString(), loaded ? file : QString());
+    }
+
+    void toolsRewriteTheText_data()
+    {
+        QTest::addColumn<QString>("tool");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("result");
+        QTest::addRow("groups") << "textengroupe" << "ABCDEFGHIJKL" << "ABCDE FGHIJ ";
+        QTest::addRow("accents") << "racc" << "Noël-Ü" << "Noel/Ü";
+        QTest::addRow("reverse") << "inversion" << "  abc  " << "cba";
+        QTest::addRow("spaces") << "doubleespace" << "a b" << "a   b ";
+    }
+    void toolsRewriteTheText()
+    {
+        QFETCH(QString, tool);
+        QFETCH(QString, text);
+        QFETCH(QString, result);
+        open();
+        w<QPlainTextEdit>("EXO")->setPlainText(text);
+        QFile::remove(fx->path("tmp/test.wav"));
+        trigger(tool);
+        QCOMPARE(w<QPlainTextEdit>("EXO")->toPlainText(), result);
+        QVERIFY(!QFile::exists(fx->path("tmp/test.wav"))); // nothing prepared or played
     }
 
     // The settings replace the exercise and the menus until validated; meanwhile the
