@@ -2,81 +2,91 @@
 
 #include "core/TextUtils.h"
 
-#include <QList>
-
 namespace kelvora::textTools {
+
+// The tools walk UTF-16 units with raw pointers (a text of a megabyte takes a few
+// milliseconds), keeping a surrogate pair together as the one character it is.
 
 namespace {
 
-QList<char32_t> codePoints(const QString &text)
+bool isPairAt(const QChar *s, qsizetype i, qsizetype n)
 {
-    QList<char32_t> points;
-    points.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (text::characterWidth(text, i) == 2) {
-            points.append(QChar::surrogateToUcs4(text[i], text[i + 1]));
-            ++i;
-        } else {
-            points.append(text[i].unicode());
-        }
-    }
-    return points;
-}
-
-QString fromCodePoints(const QList<char32_t> &points)
-{
-    return QString::fromUcs4(points.constData(), points.size());
+    return s[i].isHighSurrogate() && i + 1 < n && s[i + 1].isLowSurrogate();
 }
 
 } // namespace
 
 QString fiveCharacterGroups(const QString &text)
 {
-    const QList<char32_t> s = codePoints(text);
+    const QChar *s = text.constData();
+    const qsizetype n = text.size();
+    QString out(n + n / 5 + 1, Qt::Uninitialized);
+    QChar *o = out.data();
+    qsizetype w = 0;
+    qsizetype characters = 0;
+    // Where the output stood after the last group and the one before.
+    qsizetype lastGroupEnd = 0;
+    qsizetype groupEndBefore = 0;
+    const auto keepAt = [&](qsizetype &j) {
+        o[w++] = s[j];
+        if (isPairAt(s, j, n))
+            o[w++] = s[++j];
+        if (++characters % 5 == 0) {
+            o[w++] = u' ';
+            groupEndBefore = lastGroupEnd;
+            lastGroupEnd = w;
+        }
+    };
     // Each blank removed shifts the text under an index that moves on regardless: the
     // character after a removed blank is never looked at, so it stays even if blank.
-    QList<char32_t> kept;
-    kept.reserve(s.size());
-    for (qsizetype j = 0; j < s.size(); ++j) {
-        if (s[j] != U' ')
-            kept.append(s[j]);
-        else if (++j < s.size())
-            kept.append(s[j]);
+    for (qsizetype j = 0; j < n; ++j) {
+        if (s[j] != u' ')
+            keepAt(j);
+        else if (++j < n)
+            keepAt(j);
     }
-    // Groups start at 1, 6, 11...; one is written only while a character follows it.
-    QList<char32_t> out;
-    out.reserve(kept.size() + kept.size() / 5);
-    for (qsizetype end = 5; end < kept.size(); end += 5) {
-        out.append(kept.mid(end - 5, 5));
-        out.append(U' ');
-    }
-    return fromCodePoints(out);
+    // A group is kept only when at least one character follows it.
+    out.truncate(characters > 0 && characters % 5 == 0 ? groupEndBefore : lastGroupEnd);
+    return out;
 }
 
 QString reversed(const QString &text)
 {
-    const QList<char32_t> s = codePoints(text::trimBlanks(text));
-    QList<char32_t> out;
-    out.reserve(s.size());
-    for (qsizetype i = s.size() - 1; i >= 0; --i) {
-        if (s[i] == U'\n' && i > 0 && s[i - 1] == U'\r') { // a line end, not "\n\r"
-            out.append({U'\r', U'\n'});
+    const QString trimmed = text::trimBlanks(text);
+    const QChar *s = trimmed.constData();
+    const qsizetype n = trimmed.size();
+    QString out(n, Qt::Uninitialized);
+    QChar *o = out.data();
+    qsizetype w = 0;
+    for (qsizetype i = n - 1; i >= 0; --i) {
+        // A surrogate pair and a CR LF line end keep their order.
+        if (i > 0 && ((s[i].isLowSurrogate() && s[i - 1].isHighSurrogate()) || (s[i] == u'\n' && s[i - 1] == u'\r'))) {
+            o[w++] = s[i - 1];
+            o[w++] = s[i];
             --i;
         } else {
-            out.append(s[i]);
+            o[w++] = s[i];
         }
     }
-    return fromCodePoints(out);
+    return out;
 }
 
 QString spacedOut(const QString &text)
 {
-    const QList<char32_t> s = codePoints(text::trimBlanks(text));
-    QList<char32_t> out;
-    out.reserve(s.size() * 2);
-    for (char32_t c : s)
-        out.append({c, U' '});
-    return fromCodePoints(out);
+    const QString trimmed = text::trimBlanks(text);
+    const QChar *s = trimmed.constData();
+    const qsizetype n = trimmed.size();
+    QString out(2 * n, Qt::Uninitialized);
+    QChar *o = out.data();
+    qsizetype w = 0;
+    for (qsizetype i = 0; i < n; ++i) {
+        o[w++] = s[i];
+        if (isPairAt(s, i, n))
+            o[w++] = s[++i];
+        o[w++] = u' ';
+    }
+    out.truncate(w);
+    return out;
 }
 
 } // namespace kelvora::textTools
