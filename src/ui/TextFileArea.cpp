@@ -12,6 +12,7 @@
 #include <QAction>
 #include <QDir>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QListWidget>
 #include <QPlainTextEdit>
 
@@ -30,9 +31,10 @@ TextFileArea::TextFileArea(const Controls &controls, const AppPaths &paths, View
     , m_window(window)
 {
     connect(m_c.open, &QAction::triggered, &m_views, &ViewSwitcher::showFiles);
-    // A click, or Enter on the file picked with the arrows.
+    // A click, or Enter on the file picked with the arrows (not "activation", which some
+    // desktops also send on a click or a double click: a file appended twice).
     connect(m_c.files, &QListWidget::itemClicked, this, [this](QListWidgetItem *item) { load(item->text()); });
-    connect(m_c.files, &QListWidget::itemActivated, this, [this](QListWidgetItem *item) { load(item->text()); });
+    m_c.files->installEventFilter(this);
     const std::pair<QAction *, QString (*)(const QString &)> tools[] = {
         {m_c.groups, textTools::fiveCharacterGroups},
         {m_c.accents, textTools::acc},
@@ -41,6 +43,18 @@ TextFileArea::TextFileArea(const Controls &controls, const AppPaths &paths, View
     };
     for (const auto &[action, tool] : tools)
         connect(action, &QAction::triggered, this, [this, tool] { transform(tool); });
+}
+
+bool TextFileArea::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_c.files && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if ((key == Qt::Key_Return || key == Qt::Key_Enter) && m_c.files->currentItem()) {
+            load(m_c.files->currentItem()->text());
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 void TextFileArea::load(const QString &name)

@@ -39,6 +39,9 @@ public:
     void load(const QString &name);
     void transform(const std::function<QString(const QString &)> &tool);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     Controls m_c;
     const AppPaths &m_paths;

@@ -332,6 +332,10 @@ private slots:
         click("Command16");
         QCOMPARE(names(), (QStringList{"abc.txt", "meteo.txt", "qso.txt"}));
         QCOMPARE(files->currentItem() ? files->currentItem()->text() : QString(), loaded ? file : QString());
+        if (loaded) { // and Enter loads the file picked, once
+            QTest::keyClick(files, Qt::Key_Return);
+            QCOMPARE(w<QPlainTextEdit>("EXO")->toPlainText(), append ? exercise + ' ' + exercise.mid(4) : exercise);
+        }
     }
 
     void toolsRewriteTheText_data()
