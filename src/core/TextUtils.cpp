@@ -21,6 +21,26 @@ QString trimBlanks(const QString &text)
     return text.mid(begin, end - begin);
 }
 
+char32_t readUtf8(std::string_view text, qsizetype &i)
+{
+    const auto byte = [&text](qsizetype k) { return static_cast<unsigned char>(text[size_t(k)]); };
+    const unsigned lead = byte(i++);
+    if (lead < 0x80)
+        return lead;
+    const int extra = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC0 ? 1 : -1;
+    if (extra < 0 || i + extra > qsizetype(text.size()))
+        return 0xFFFD;
+    char32_t c = lead & (0x3F >> extra);
+    for (int k = 0; k < extra; ++k) {
+        const unsigned next = byte(i + k);
+        if ((next & 0xC0) != 0x80)
+            return 0xFFFD;
+        c = (c << 6) | (next & 0x3F);
+    }
+    i += extra;
+    return c;
+}
+
 qsizetype characterCount(QStringView text)
 {
     qsizetype count = 0;

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringView>
 
+#include <string_view>
+
 namespace kelvora::text {
 
 // Only the blank U+0020 is trimmed; tabs and line breaks are characters like any other.
@@ -19,6 +21,17 @@ inline qsizetype characterWidth(QStringView text, qsizetype utf16Index)
                ? 2
                : 1;
 }
+// Reads the code point at `i` and moves `i` past it: a surrogate pair is one, a lone
+// surrogate its own unit.
+inline char32_t readCodePoint(QStringView text, qsizetype &i)
+{
+    const char16_t c = text[i++].unicode();
+    if (QChar::isHighSurrogate(c) && i < text.size() && QChar::isLowSurrogate(text[i].unicode()))
+        return QChar::surrogateToUcs4(c, text[i++].unicode());
+    return c;
+}
+// The same over UTF-8 bytes; a malformed sequence reads as U+FFFD, one byte at a time.
+char32_t readUtf8(std::string_view text, qsizetype &i);
 // Converts between character positions and UTF-16 positions (as a Qt text box counts).
 qsizetype utf16ToCharacter(QStringView text, qsizetype utf16Index);
 qsizetype characterToUtf16(QStringView text, qsizetype characterIndex);

@@ -37,12 +37,9 @@ Read read(const QString &path)
         r.error = QStringLiteral("Le fichier « %1 » n'existe pas.").arg(QDir::toNativeSeparators(path));
         return r;
     }
-    if (!file.open(QIODevice::ReadOnly)) {
-        r.error = QStringLiteral("Le fichier « %1 » ne peut pas être lu : %2")
-                      .arg(QDir::toNativeSeparators(path), file.errorString());
-        return r;
-    }
-    const QByteArray bytes = file.readAll();
+    QByteArray bytes;
+    if (file.open(QIODevice::ReadOnly))
+        bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
         r.error = QStringLiteral("Le fichier « %1 » ne peut pas être lu : %2")
                       .arg(QDir::toNativeSeparators(path), file.errorString());

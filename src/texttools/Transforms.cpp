@@ -7,19 +7,11 @@ namespace kelvora::textTools {
 // The tools walk UTF-16 units with raw pointers (a text of a megabyte takes a few
 // milliseconds), keeping a surrogate pair together as the one character it is.
 
-namespace {
-
-bool isPairAt(const QChar *s, qsizetype i, qsizetype n)
-{
-    return s[i].isHighSurrogate() && i + 1 < n && s[i + 1].isLowSurrogate();
-}
-
-} // namespace
-
 QString fiveCharacterGroups(const QString &text)
 {
     const QChar *s = text.constData();
     const qsizetype n = text.size();
+    const QStringView view(text);
     QString out(n + n / 5 + 1, Qt::Uninitialized);
     QChar *o = out.data();
     qsizetype w = 0;
@@ -29,7 +21,7 @@ QString fiveCharacterGroups(const QString &text)
     qsizetype groupEndBefore = 0;
     const auto keepAt = [&](qsizetype &j) {
         o[w++] = s[j];
-        if (isPairAt(s, j, n))
+        if (text::characterWidth(view, j) == 2)
             o[w++] = s[++j];
         if (++characters % 5 == 0) {
             o[w++] = u' ';
@@ -81,7 +73,7 @@ QString spacedOut(const QString &text)
     qsizetype w = 0;
     for (qsizetype i = 0; i < n; ++i) {
         o[w++] = s[i];
-        if (isPairAt(s, i, n))
+        if (text::characterWidth(trimmed, i) == 2)
             o[w++] = s[++i];
         o[w++] = u' ';
     }

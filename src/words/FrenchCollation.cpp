@@ -1,5 +1,6 @@
 #include "words/FrenchCollation.h"
 
+#include "core/TextUtils.h"
 #include "words/CollationKey.h"
 
 #include <QChar>
@@ -19,13 +20,7 @@ struct Utf16Text {
     QStringView s;
     qsizetype size() const { return s.size(); }
     char32_t unit(qsizetype i) const { return s[i].unicode(); }
-    char32_t forward(qsizetype &i) const
-    {
-        const char16_t c = s[i++].unicode();
-        if (QChar::isHighSurrogate(c) && i < s.size() && QChar::isLowSurrogate(s[i].unicode()))
-            return QChar::surrogateToUcs4(c, s[i++].unicode());
-        return c;
-    }
+    char32_t forward(qsizetype &i) const { return text::readCodePoint(s, i); }
     char32_t backward(qsizetype &i) const
     {
         const char16_t c = s[--i].unicode();
@@ -39,24 +34,7 @@ struct Utf8Text {
     std::string_view s;
     qsizetype size() const { return qsizetype(s.size()); }
     char32_t unit(qsizetype i) const { return static_cast<unsigned char>(s[size_t(i)]); }
-    char32_t forward(qsizetype &i) const
-    {
-        const unsigned lead = unit(i++);
-        if (lead < 0x80)
-            return lead;
-        int extra = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC0 ? 1 : -1;
-        if (extra < 0 || i + extra > size())
-            return 0xFFFD;
-        char32_t c = lead & (0x3F >> extra);
-        for (int k = 0; k < extra; ++k) {
-            const unsigned next = unit(i + k);
-            if ((next & 0xC0) != 0x80)
-                return 0xFFFD;
-            c = (c << 6) | (next & 0x3F);
-        }
-        i += extra;
-        return c;
-    }
+    char32_t forward(qsizetype &i) const { return text::readUtf8(s, i); }
     char32_t backward(qsizetype &i) const
     {
         qsizetype start = i - 1;

@@ -1,5 +1,6 @@
 #include "words/JetPattern.h"
 
+#include "core/TextUtils.h"
 #include "words/FrenchCollation.h"
 
 #include <QChar>
@@ -11,38 +12,11 @@
 namespace kelvora {
 namespace {
 
-char32_t readCodePoint(QStringView s, qsizetype &i)
-{
-    const char16_t c = s[i++].unicode();
-    if (QChar::isHighSurrogate(c) && i < s.size() && QChar::isLowSurrogate(s[i].unicode()))
-        return QChar::surrogateToUcs4(c, s[i++].unicode());
-    return c;
-}
-
 char32_t fold(char32_t c)
 {
     if (c < 0x80) // most letters of a word list: no table lookup
         return c >= 'A' && c <= 'Z' ? c + 32 : c;
     return QChar::toCaseFolded(c);
-}
-
-// Decodes UTF-8; a malformed sequence reads as U+FFFD, one byte at a time.
-char32_t readUtf8(const unsigned char *s, qsizetype size, qsizetype &i)
-{
-    const unsigned char b = s[i++];
-    if (b < 0x80)
-        return b;
-    const int extra = b >= 0xF0 ? 3 : b >= 0xE0 ? 2 : b >= 0xC0 ? 1 : -1;
-    if (extra < 0 || i + extra > size)
-        return 0xFFFD;
-    char32_t c = b & (0x3F >> extra);
-    for (int k = 0; k < extra; ++k) {
-        if ((s[i + k] & 0xC0) != 0x80)
-            return 0xFFFD;
-        c = (c << 6) | (s[i + k] & 0x3F);
-    }
-    i += extra;
-    return c;
 }
 
 // The code points of a text, on the stack for any ordinary word.
@@ -56,7 +30,7 @@ JetPattern::JetPattern(QStringView pattern)
 {
     qsizetype i = 0;
     while (i < pattern.size()) {
-        const char32_t c = readCodePoint(pattern, i);
+        const char32_t c = kelvora::text::readCodePoint(pattern, i);
         switch (c) {
         case '*':
             if (m_items.empty() || m_items.back().kind != Kind::Star) // "**" is "*"
@@ -104,7 +78,7 @@ bool JetPattern::parseSet(QStringView pattern, qsizetype &pos)
     std::vector<QStringView> chars;
     for (qsizetype i = 0; i < body.size();) {
         const qsizetype start = i;
-        readCodePoint(body, i);
+        kelvora::text::readCodePoint(body, i);
         chars.push_back(body.mid(start, i - start));
     }
     for (size_t k = 0; k < chars.size(); ++k) {
@@ -118,7 +92,7 @@ bool JetPattern::parseSet(QStringView pattern, qsizetype &pos)
             k += 2;
         } else {
             qsizetype i = 0;
-            set.chars.push_back(fold(readCodePoint(chars[k], i)));
+            set.chars.push_back(fold(kelvora::text::readCodePoint(chars[k], i)));
         }
     }
     m_sets.push_back(std::move(set));
@@ -156,16 +130,16 @@ bool JetPattern::matches(QStringView text) const
 {
     CodePoints points;
     for (qsizetype i = 0; i < text.size();)
-        points.append(readCodePoint(text, i));
+        points.append(kelvora::text::readCodePoint(text, i));
     return matches(points.constData(), points.size());
 }
 
 bool JetPattern::matchesUtf8(const char *text, qsizetype bytes) const
 {
     CodePoints points;
-    const auto *s = reinterpret_cast<const unsigned char *>(text);
+    const std::string_view utf8(text, size_t(bytes));
     for (qsizetype i = 0; i < bytes;)
-        points.append(readUtf8(s, bytes, i));
+        points.append(kelvora::text::readUtf8(utf8, i));
     return matches(points.constData(), points.size());
 }
 

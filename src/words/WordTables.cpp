@@ -133,8 +133,9 @@ WordTables::Export WordTables::exportTable(const QString &table)
     result.path = QDir(m_importDir).filePath(name);
     // Two exports in one second (an emptying, then an import) must not overwrite each
     // other: the later one takes "_2", "_3"...
-    for (int n = 2; QFileInfo::exists(result.path); ++n)
-        result.path = QDir(m_importDir).filePath(name.chopped(4) + u'_' + QString::number(n) + QStringLiteral(".txt"));
+    int n = 1;
+    while (QFileInfo::exists(result.path))
+        result.path = QDir(m_importDir).filePath(name.chopped(4) + u'_' + QString::number(++n) + QStringLiteral(".txt"));
     CheckedFile file(result.path);
     file.setDurable(true); // the backup must be on disk before the table is touched
     QByteArray chunk;
@@ -158,8 +159,7 @@ WordTables::Export WordTables::exportTable(const QString &table)
     result.words = qint64(order.size());
     // Named again once written, as the message always did: a long export names a later
     // second. A numbered name is told as it is.
-    result.announcedPath = result.path.endsWith(name) ? QDir(m_importDir).filePath(wordFile::exportName(table, now()))
-                                                      : result.path;
+    result.announcedPath = n == 1 ? QDir(m_importDir).filePath(wordFile::exportName(table, now())) : result.path;
     return result;
 }
 
