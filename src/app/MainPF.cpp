@@ -18,6 +18,7 @@
 #include "ui/UserPrompts.h"
 #include "ui/ViewSwitcher.h"
 #include "ui/WindowTimers.h"
+#include "ui/WordDrills.h"
 #include "ui/QueryWindow.h"
 #include "ui/TableCommands.h"
 #include "ui/TableEditor.h"
@@ -133,7 +134,10 @@ void MainPF::buildAreas()
                              m_panel->boxText(QStringLiteral("GRMAX"))};
         },
         m_prompts, this, this);
-    connect(m_generator, &ExerciseGenerator::prepareRequested, this, [this] { m_playback->prepare(true); });
+    connect(m_generator, &ExerciseGenerator::prepareRequested, this, [this] {
+        m_drills->stopTypedDrill();
+        m_playback->prepare(true);
+    });
     connect(m_generator, &ExerciseGenerator::notice, this, &MainPF::showNotice);
 }
 
@@ -207,12 +211,16 @@ void MainPF::decorate()
         label->setMinimumWidth(label->fontMetrics().averageCharWidth() * 6);
         statusBar()->addPermanentWidget(label);
     }
+    // The banner is also the caption: it gives its room to a message while one shows,
+    // which the fields would otherwise cut short.
+    auto *banner = statusBar()->findChild<QLabel *>(QStringLiteral("bandeau"));
+    connect(statusBar(), &QStatusBar::messageChanged, banner,
+            [banner](const QString &message) { banner->setVisible(message.isEmpty()); });
 }
 
 void MainPF::wireSettingWriters()
 {
     Ui::MainPFOptions &o = *m_options;
-    m_writer->saveOnChange(o.delaimot, userKeys::delaimot);
     m_writer->saveOnChange(o.PROGRESS, userKeys::progress);
     m_writer->saveOnClick(o.PROGRESS, userKeys::progress);
     m_writer->saveOnToggle(o.Q1, userKeys::qrm10);
@@ -276,7 +284,7 @@ void MainPF::markLaterCommands()
     const Ui::MainPF &ui = *m_ui;
     const QString later = QString::fromUtf8(mainTexts::laterTooltip);
     for (QAction *action :
-         {ui.fencla, ui.motenboucle, ui.motclavier}) {
+         {ui.fencla}) {
         action->setEnabled(false);
         action->setToolTip(later);
     }
@@ -288,7 +296,12 @@ void MainPF::wireTextFiles()
     m_textFiles = new TextFileArea({ui.File1, ui.EXO, ui.ajout, ui.ouvrir, ui.textengroupe, ui.racc, ui.inversion,
                                     ui.doubleespace},
                                    m_session.paths, *m_views, *m_writer, m_prompts,
-                                   [this] { m_playback->prepare(true); }, this, this);
+                                   [this] {
+                                       m_drills->stopTypedDrill();
+                                       m_playback->prepare(true);
+                                   },
+                                   this, this);
+    connect(m_textFiles, &TextFileArea::notice, this, &MainPF::showNotice);
 }
 
 void MainPF::wireTables()

@@ -36,6 +36,7 @@ class UserPrompts;
 class ViewSwitcher;
 class WindowTimers;
 class WordDatabase;
+class WordDrills;
 class WordTableArea;
 struct RenderResult;
 
@@ -134,6 +135,7 @@ private:
     WordTableArea *m_tables = nullptr;
     WindowTimers *m_timers = nullptr;
     QTimer *m_timer4 = nullptr; // the word loop's timer
+    WordDrills *m_drills = nullptr;
     BackgroundNoise *m_noise = nullptr;
     PushToTalkControl *m_ptt = nullptr;
     CorrectionReplay *m_correction = nullptr;

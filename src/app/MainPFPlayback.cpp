@@ -14,6 +14,7 @@
 #include "playback/PushToTalkControl.h"
 #include "playback/SerialPushToTalk.h"
 #include "settings/Session.h"
+#include "ui/WordDrills.h"
 
 #include <QLabel>
 #include <QLocale>
@@ -26,12 +27,10 @@ void MainPF::buildPlayback()
 {
     Ui::MainPF &ui = *m_ui;
     Ui::MainPFOptions &o = *m_options;
-    // The word loop's timer: its tick comes with the word loop; until then a tick only
-    // disarms it.
+    // The word loop's timer, shared by the drills (its tick), the player and the
+    // correction (which arm it again at the end of a sound).
     m_timer4 = new QTimer(this);
     m_timer4->setObjectName(QStringLiteral("Timer4"));
-    m_timer4->setInterval(3000);
-    connect(m_timer4, &QTimer::timeout, m_timer4, &QTimer::stop);
 
     m_noise = new BackgroundNoise({{o.Q1, o.Q2, o.Q3}, {o.qrm1, o.qrm2, o.qrm3}}, m_devices,
                                   m_prompts, this);
@@ -51,6 +50,16 @@ void MainPF::buildPlayback()
             return settings;
         },
         m_session, m_devices, *m_noise, *m_ptt, m_timer4, m_prompts, this);
+    m_drills = new WordDrills({ui.motenboucle, ui.motclavier, o.delaimot, ui.List1, o.Text17, o.Command12, ui.EXO,
+                               o.Text14, ui.Check1, o.Fcorrection, o.debfin},
+                              *m_tables, *m_views, *m_writer, m_timer4,
+                              [this] {
+                                  if (!m_playback->prepare(false))
+                                      return false;
+                                  m_playback->playPressed();
+                                  return true;
+                              },
+                              this);
 }
 
 void MainPF::wirePlayback()
@@ -58,6 +67,9 @@ void MainPF::wirePlayback()
     connect(m_playback, &ExercisePlayback::correctionRequested, m_correction,
             [this] { m_correction->cjouer(false); });
     connect(m_playback, &ExercisePlayback::notice, this, &MainPF::showNotice);
+    connect(m_playback, &ExercisePlayback::playStarted, m_drills, &WordDrills::onPlayStarted);
+    connect(m_playback, &ExercisePlayback::playEnded, m_drills, &WordDrills::onPlayEnded);
+    connect(m_drills, &WordDrills::notice, this, &MainPF::showNotice);
     connect(m_playback, &ExercisePlayback::rendered, this, &MainPF::showRendered);
     connect(m_playback, &ExercisePlayback::soundDiscarded, this, &MainPF::clearRendered);
     connect(m_noise, &BackgroundNoise::notice, this, &MainPF::showNotice);

@@ -10,6 +10,14 @@ SoundTarget SoundTarget::exercise(const AppPaths &paths)
     return {paths.testWavPath, paths.testTextPath};
 }
 
+SoundTarget SoundTarget::player(const AppPaths &paths)
+{
+    SoundTarget target = exercise(paths);
+    target.maxDataBytes = quint64(sampleRate) * 3 * 3600;
+    target.refuseLonger = true;
+    return target;
+}
+
 RenderResult renderSound(const SoundText &text, const SoundSettings &settings,
                          PatternLookup &lookup, const SoundTarget &target)
 {
@@ -38,6 +46,7 @@ RenderResult renderSound(const SoundText &text, const SoundSettings &settings,
     request.wavPath = target.wavPath;
     request.textPath = target.textPath;
     request.maxDataBytes = target.maxDataBytes;
+    request.refuseLonger = target.refuseLonger;
     return test(request, lookup);
 }
 

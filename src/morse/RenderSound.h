@@ -22,9 +22,13 @@ struct SoundTarget {
     QString wavPath;
     QString textPath;
     quint64 maxDataBytes = maxWavDataBytes;
+    bool refuseLonger = false; // past maxDataBytes, an error rather than a cut sound
 
     // tmp/test.wav and tmp/test.txt, as the player reads them.
     static SoundTarget exercise(const AppPaths &paths);
+    // The same for the window's player, which holds the whole sound in memory: at most
+    // three hours (86 MB), anything longer refused before it replaces the last sound.
+    static SoundTarget player(const AppPaths &paths);
 };
 
 // The one way a text becomes a sound, for the window, the command line, the data

@@ -157,6 +157,15 @@ RenderResult test(const RenderRequest &request, PatternLookup &lookup)
         }
         r.truncated = sink.truncated();
     }
+    if (r.truncated && request.refuseLonger) {
+        // The temporary files are dropped; the last exercise's pair stays as it was.
+        r.ok = false;
+        r.error = QStringLiteral("Le texte donne plus de %1 h de Morse : sélectionnez-en une partie "
+                                 "pour l'écouter.")
+                      .arg(request.maxDataBytes / (quint64(sampleRate) * 3600));
+        r.dataBytes = 0;
+        return r;
+    }
     r.dataBytes = quint64(wav.size() - wavHeaderSize);
     if (!wav.writeAt(0, wavHeader(quint32(r.dataBytes))) || !wav.commit() || !copy.commit())
         return failed();

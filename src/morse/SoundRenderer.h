@@ -23,6 +23,8 @@ struct RenderRequest {
     QString wavPath;
     QString textPath;
     quint64 maxDataBytes = maxWavDataBytes;
+    // Past maxDataBytes: an error that keeps the former files, rather than a cut sound.
+    bool refuseLonger = false;
 };
 
 struct RenderResult {

@@ -51,7 +51,7 @@ void ExercisePlayback::wire()
     const Controls &c = m_controls;
     connect(c.prepareButton, &QPushButton::clicked, this, [this] { prepare(true); });
     connect(c.prepareCommand, &QAction::triggered, this, [this] { prepare(true); });
-    connect(c.playCommand, &QAction::triggered, this, &ExercisePlayback::playCommand);
+    connect(c.playCommand, &QAction::triggered, this, &ExercisePlayback::play);
     connect(c.stopCommand, &QAction::triggered, m_player, &MediaDevice::stop);
     connect(c.pauseCommand, &QAction::triggered, this, &ExercisePlayback::togglePause);
     connect(c.rewind, &QAbstractButton::clicked, m_player, &MediaDevice::prev);
@@ -120,7 +120,7 @@ bool ExercisePlayback::render(QString *error)
     sound.selectionLength = text::utf16ToCharacter(text, cursor.selectionEnd()) - sound.selectionStart;
 
     const RenderResult r =
-        renderSound(sound, m_settings(), m_lookup, SoundTarget::exercise(m_session.paths));
+        renderSound(sound, m_settings(), m_lookup, SoundTarget::player(m_session.paths));
     if (!r.ok) {
         qCWarning(lcMorse) << "rendering failed:" << r.error;
         if (error)
@@ -168,6 +168,7 @@ void ExercisePlayback::playPressed()
     m_endSeen = false;
     m_player->play();
     showDeviceState();
+    emit playStarted();
 }
 
 void ExercisePlayback::stopPressed()
@@ -180,7 +181,7 @@ void ExercisePlayback::stopPressed()
     showDeviceState();
 }
 
-void ExercisePlayback::playCommand()
+void ExercisePlayback::play()
 {
     m_endSeen = false;
     m_player->play();
@@ -216,6 +217,7 @@ void ExercisePlayback::endOfPlay()
 {
     qCDebug(lcPlayback) << "end of play";
     m_session.playerFree = true;
+    emit playEnded();
     m_ptt.closeIfOpen();
     const EndOfPlay next =
         EndOfPlay::after(m_controls.autoCorrection->isChecked(), m_controls.wordLoop->isChecked());

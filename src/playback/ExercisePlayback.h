@@ -72,6 +72,8 @@ public:
     // The bar's own buttons.
     void playPressed();
     void stopPressed();
+    // "Jouer" of the "Musique" menu: the prepared sound, without push-to-talk or noise.
+    void play();
 
 signals:
     // The end of play hands over to the correction replay.
@@ -81,6 +83,9 @@ signals:
     // The sound prepared last is no longer the one to play (the text changed, or a new
     // preparation failed).
     void soundDiscarded();
+    // The bar's Play started a sound; a sound came to its end.
+    void playStarted();
+    void playEnded();
     void notice(const QString &text);
 
 protected:
@@ -94,7 +99,6 @@ private:
     void onExerciseChanged();
     void onExerciseReleased();
     void togglePause();
-    void playCommand();
     void showDeviceState();
     bool isShown(const QWidget *widget) const;
 

@@ -57,7 +57,7 @@ QStringList stockQueries()
     return {
         QStringLiteral("mot like '*'"),
         QStringLiteral("mot like '*û*' or mot like '*î*'"),
-        QStringLiteral("mot like '?????'"),
+        QStringLiteral("mot like '????" "?'"), // split so that no trigraph is read
         QStringLiteral("mot like 'ab*'"),
         QStringLiteral("mot not like '*é*' and mot not like '*è*'and mot not like '*ê*'and "
                        "mot not like '*ç*'and mot not like '*-*'and mot not like '*ë*'and "
@@ -89,6 +89,21 @@ QString clampGroupCount(const QString &text)
     if (v > 102)
         return QStringLiteral("102");
     return text;
+}
+
+QString clampWordDelay(const QString &text)
+{
+    const double v = numbers::leadingNumber(text);
+    if (v < 50)
+        return QStringLiteral("50");
+    if (v > 10000)
+        return QStringLiteral("10000");
+    return text;
+}
+
+int wordDelayOf(const QString &text)
+{
+    return int(std::lround(std::clamp(numbers::leadingNumber(text), 0.0, 1e9)));
 }
 
 QString clampPortNumber(const QString &text)

@@ -29,6 +29,18 @@ QString loaded(const QString &current, bool append, const QString &fileText)
     return append ? current + u' ' + fileText : fileText;
 }
 
+QString cutAtBlank(const QString &text, qsizetype limit)
+{
+    if (text.size() <= limit)
+        return text;
+    qsizetype end = limit;
+    // A surrogate pair is one character: never keep half of it.
+    if (end > 0 && text.at(end - 1).isHighSurrogate())
+        --end;
+    const qsizetype blank = text.lastIndexOf(u' ', end);
+    return text.left(blank > 0 ? blank : end);
+}
+
 Read read(const QString &path)
 {
     Read r;

@@ -17,6 +17,14 @@ QString textOf(const QByteArray &bytes);
 // after one blank when the exercises are appended.
 QString loaded(const QString &current, bool append, const QString &fileText);
 
+// The most characters the exercise box takes from a file: the box lays out a text with
+// no line break as one paragraph, about 0.7 s a million characters, and a million is
+// already far more than the three hours of Morse a sound may last.
+inline constexpr qsizetype boxLimit = 1'000'000;
+// `text` cut to at most `limit` characters, at the last blank that fits when there is
+// one (a word is not cut in two); `text` itself when it fits.
+QString cutAtBlank(const QString &text, qsizetype limit);
+
 struct Read {
     bool ok = false;
     QString text;  // textOf() the file's bytes

@@ -11,6 +11,7 @@
 
 #include <QAction>
 #include <QDir>
+#include <QLocale>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QListWidget>
@@ -61,19 +62,27 @@ void TextFileArea::load(const QString &name)
 {
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     const textFile::Read file = textFile::read(QDir(m_paths.textFolder()).filePath(name));
-    QGuiApplication::restoreOverrideCursor();
     if (!file.ok) {
+        QGuiApplication::restoreOverrideCursor();
         // Gone since the list was made: say so, and show the folder as it is now.
         m_prompts.message(m_window, file.error);
         m_views.fillFileList();
         return;
     }
-    m_c.exercise->setPlainText(
-        textFile::loaded(m_c.exercise->toPlainText(), m_c.append->isChecked(), file.text));
+    const QString whole = textFile::loaded(m_c.exercise->toPlainText(), m_c.append->isChecked(), file.text);
+    const QString text = textFile::cutAtBlank(whole, textFile::boxLimit);
+    m_c.exercise->setPlainText(text);
     m_writer.save(userKeys::fichier1, name);
     m_views.setLastFile(name);
     m_views.showExercise();
     m_prepare();
+    QGuiApplication::restoreOverrideCursor();
+    if (text.size() < whole.size()) {
+        const QLocale french(QLocale::French);
+        emit notice(QStringLiteral("« %1 » est trop long pour la fenêtre : seul son début est chargé "
+                                   "(%2 caractères sur %3).")
+                        .arg(name, french.toString(text.size()), french.toString(whole.size())));
+    }
 }
 
 void TextFileArea::transform(const std::function<QString(const QString &)> &tool)

@@ -39,6 +39,10 @@ public:
     void load(const QString &name);
     void transform(const std::function<QString(const QString &)> &tool);
 
+signals:
+    // A file longer than the box takes was loaded in part.
+    void notice(const QString &text);
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 

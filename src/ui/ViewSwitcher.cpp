@@ -59,6 +59,11 @@ void ViewSwitcher::showList()
     m_views.stack->setCurrentWidget(m_views.list);
 }
 
+void ViewSwitcher::showListView()
+{
+    m_views.stack->setCurrentWidget(m_views.list);
+}
+
 void ViewSwitcher::toggleHelp()
 {
     m_views.hideText->setChecked(!m_views.hideText->isChecked());

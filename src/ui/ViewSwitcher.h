@@ -36,6 +36,8 @@ public:
     void showFiles();    // "Fichier"
     void showList();     // "Liste"
     void toggleHelp();   // "Aide": ticks or unticks "Cache"
+    // The word list, "Cache" left as it is (the word drills show their list this way).
+    void showListView();
 
     // The action of "Cache" for its present value: help in place of the text, or the text.
     void applyHideText();

@@ -160,6 +160,18 @@ void WordTableArea::move(Move move)
     showCurrentWord();
 }
 
+QString WordTableArea::table() const
+{
+    return m_session.currentTable;
+}
+
+QString WordTableArea::moveTo(int position)
+{
+    m_records.moveTo(position);
+    showCurrentWord();
+    return m_c.currentWord->text();
+}
+
 void WordTableArea::showCurrentWord()
 {
     m_c.currentWord->setText(m_records.word());

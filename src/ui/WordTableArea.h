@@ -54,6 +54,9 @@ public:
     void refresh();
 
     int count() const { return m_records.count(); }
+    QString table() const; // the current table
+    // The record at `position` (0-based) becomes current and shows in Text14; its word.
+    QString moveTo(int position);
     // The condition of REQ in force on the current table; empty when none is.
     QString condition() const { return m_condition; }
     RecordSet &records() { return m_records; }

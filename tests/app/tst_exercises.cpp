@@ -8,7 +8,10 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QStatusBar>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
 #include <QTimer>
@@ -24,6 +27,14 @@ class ExercisesTest : public testsupport::WindowTest {
     {
         fx->useSteppedClock();
         open(values);
+    }
+    QStringList listed() const
+    {
+        QStringList words;
+        auto *list = w<QListWidget>("List1");
+        for (int i = 0; i < list->count(); ++i)
+            words << list->item(i)->text();
+        return words;
     }
     static bool matches(const QString &pattern, const QString &text)
     {
@@ -80,6 +91,13 @@ private slots:
         QTest::newRow("nbgroup 102") << "nbgroup" << "102" << "102" << "nbgroup";
         QTest::newRow("progression") << "PROGRESS" << "eish5" << "eish5" << "progress";
         QTest::newRow("renfor trimmed") << "renfor" << "  k " << "k" << "";
+        // delaimot is typed key by key, then Enter: "2000" must not stop at "2" -> "50".
+        QTest::newRow("delaimot 20") << "delaimot" << "20" << "50" << "delaimot";
+        QTest::newRow("delaimot 2000") << "delaimot" << "2000" << "2000" << "delaimot";
+        QTest::newRow("delaimot 20000") << "delaimot" << "20000" << "10000" << "delaimot";
+        QTest::newRow("delaimot 10000") << "delaimot" << "10000" << "10000" << "delaimot";
+        QTest::newRow("delaimot abc") << "delaimot" << "abc" << "50" << "delaimot";
+        QTest::newRow("delaimot -5") << "delaimot" << "-5" << "50" << "delaimot";
     }
     void optionsAreSaved()
     {
@@ -88,7 +106,17 @@ private slots:
         QFETCH(QString, shown);
         QFETCH(QString, key);
         openWith({});
-        paste(box, typed);
+        if (box == "delaimot") {
+            QLineEdit *line = w<QComboBox>(box)->lineEdit();
+            line->setFocus();
+            line->selectAll();
+            QTest::keyClicks(line, typed);
+            QVERIFY(w<QTimer>("Timer4")->interval() >= 50 && w<QTimer>("Timer4")->interval() <= 10000);
+            QTest::keyClick(line, Qt::Key_Return);
+            QCOMPARE(w<QTimer>("Timer4")->interval(), shown.toInt());
+        } else {
+            paste(box, typed);
+        }
         QCOMPARE(valueOf(box), shown);
         if (!key.isEmpty())
             QCOMPARE(fx->stored("défaut", key), shown);
@@ -138,6 +166,62 @@ private slots:
         QCOMPARE(fx->prompts.messages, QStringList{QString::fromUtf8(exercises::abandonMessage)});
         QCOMPARE(text(), QString());
         QVERIFY(prepared());
+    }
+
+    void typedDrillWaitsForTheExactWord()
+    {
+        openWith({{"lasttable", "mot"}, {"fcorrection", "1"}, {"debfin", "1"}});
+        trigger("motclavier");
+        const QString first = w<QLabel>("Text14")->text();
+        QVERIFY(fx->words("mot").contains(first));
+        QCOMPARE(listed(), QStringList{first});
+        QCOMPARE(text(), first);
+        QVERIFY(w("List1")->isVisible());
+        QCOMPARE(valueOf("Fcorrection") + valueOf("debfin"), QString("00"));
+
+        auto *typing = w<QLineEdit>("Text17");
+        QTest::keyClicks(typing, first.toUpper()); // another case is another word
+        QCOMPARE(listed().size(), 1);
+        typing->clear();
+        QTest::keyClicks(typing, first.chopped(1)); // not yet whole
+        QCOMPARE(listed().size(), 1);
+        QTest::keyClicks(typing, first.right(1));
+        QCOMPARE(listed().size(), 2);
+        QCOMPARE(typing->text(), QString());
+        QCOMPARE(listed().last(), w<QLabel>("Text14")->text());
+        click("Command12"); // skips the word, the box being empty
+        QCOMPARE(listed().size(), 3);
+        QCOMPARE(typing->text(), QString());
+    }
+
+    void wordLoopThenCorrection()
+    {
+        openWith({{"lasttable", "mot"}, {"delaimot", "50"}, {"fcorrection", "0"}, {"debfin", "0"},
+                  {"cdelai", "1"}, {"cache", "1"}});
+        trigger("motenboucle");
+        // "Cache" ticked: the words are heard, not seen.
+        QVERIFY(w("Web")->isVisible() && !w("Text14")->isVisible() && !w("EXO")->isVisible());
+        QVERIFY(fx->runUntil([&] { return listed().size() == 5; }));
+        trigger("motenboucle");
+        QVERIFY(w("List1")->isVisible());
+        QVERIFY(fx->runUntil([&] { return fx->session.playerFree; }));
+        QCOMPARE(listed().size(), 5);
+        const QStringList sent = listed();
+        for (const QString &word : sent)
+            QVERIFY(fx->words("mot").contains(word));
+        trigger("cjouer");
+        QCOMPARE(text().remove('\r'), sent.join('\n') + '\n');
+    }
+
+    void wordLoopOnAnEmptyTableStops()
+    {
+        WordDatabase db(fx->path("db/kvmot.sqlite"));
+        QVERIFY(db.exec("create table vide (mot text)"));
+        openWith({{"lasttable", "vide"}});
+        trigger("motenboucle");
+        QVERIFY(fx->runUntil([&] { return !w<QAction>("motenboucle")->isChecked(); }));
+        QCOMPARE(win->statusBar()->currentMessage(), QString("La table « vide » ne contient aucun mot."));
+        QVERIFY(listed().isEmpty());
     }
 
     void watchdogStopsALongSearch()

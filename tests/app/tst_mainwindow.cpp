@@ -171,8 +171,9 @@ private slots:
                                      "exportmot=Exporter les mots de 'mot'", "edittablcourante=Editer 'mot'", "videtable=Vider 'mot'",
                                      "supprimetable=Supprimer 'mot'", "fenreq=Requêtte", "fentable=Table",
                                      "ouvrir=Ouvrir un fichier texte", "textengroupe=Transforme texte en groupes",
-                                     "racc=Retirer les accents du texte", "inversion=Inverser le texte", "doubleespace=Doubler les espaces"};
-        const QStringList coming = {"fencla=Clavier", "motenboucle=Mot diffusé en boucle", "motclavier=Mots au clavier"};
+                                     "racc=Retirer les accents du texte", "inversion=Inverser le texte", "doubleespace=Doubler les espaces",
+                                     "motenboucle=Mot diffusé en boucle", "motclavier=Mots au clavier"};
+        const QStringList coming = {"fencla=Clavier"};
         for (const QStringList *list : {&working, &coming})
             for (const QString &entry : *list) {
                 const QAction *a = w<QAction>(entry.section('=', 0, 0));

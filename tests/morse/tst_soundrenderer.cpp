@@ -290,7 +290,16 @@ void SoundRendererTest::stopsAtTheLargestCountableSize()
     // The samples written are the beginning of the full rendering.
     r.maxDataBytes = maxWavDataBytes;
     test(r, lookup);
-    QCOMPARE(readFile(r.wavPath).mid(44, 10000), file.mid(44));
+    const QByteArray whole = readFile(r.wavPath);
+    QCOMPARE(whole.mid(44, 10000), file.mid(44));
+    // The window's player refuses a longer sound and keeps the last one.
+    r.maxDataBytes = 8000 * 3600;
+    r.exerciseText = QString(20000, u'0');
+    r.refuseLonger = true;
+    const RenderResult refused = test(r, lookup);
+    QVERIFY(!refused.ok);
+    QCOMPARE(refused.error, QString("Le texte donne plus de 1 h de Morse : sélectionnez-en une partie pour l'écouter."));
+    QCOMPARE(readFile(r.wavPath), whole);
 }
 
 void SoundRendererTest::lettersWithoutRowUsePreviousPattern()

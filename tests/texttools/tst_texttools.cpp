@@ -87,6 +87,26 @@ private slots:
         QVERIFY(!QFile::exists(dir.filePath("parti.txt")));
         QCOMPARE(textFile::list(dir.filePath("absent")), QStringList());
     }
+
+    // A text longer than the box takes keeps its whole words, and whole characters.
+    void cutForTheBox_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("limit");
+        QTest::addColumn<QString>("kept");
+        QTest::newRow("fits") << "abc def" << 7 << "abc def";
+        QTest::newRow("at the blank") << "abc def" << 5 << "abc";
+        QTest::newRow("blank at the limit") << "abc def" << 4 << "abc";
+        QTest::newRow("one long word") << "abcdef" << 3 << "abc";
+        QTest::newRow("emoji not halved") << QString::fromUtf8("ab\U0001F600") << 3 << "ab";
+    }
+    void cutForTheBox()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, limit);
+        QFETCH(QString, kept);
+        QCOMPARE(textFile::cutAtBlank(text, limit), kept);
+    }
 };
 
 QTEST_GUILESS_MAIN(TextToolsTest)
