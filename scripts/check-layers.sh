@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../src"
 
-core_folders="core settings morse words exercises audio texttools"
+core_folders="core settings morse words exercises audio texttools keyboard"
 ui_folders="ui panels playback app"
 console_folders="cli datagen"
 

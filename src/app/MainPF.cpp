@@ -11,6 +11,7 @@
 #include "ui/ExerciseGenerator.h"
 #include "settings/Session.h"
 #include "settings/MainTexts.h"
+#include "ui/KeyboardWindow.h"
 #include "ui/MorseKeyArt.h"
 #include "ui/ProfileController.h"
 #include "settings/SettingsStore.h"
@@ -75,7 +76,6 @@ MainPF::MainPF(Session &session, const QString &settingsPath, UserPrompts &promp
     wirePanel();
     wireTables();
     wireTextFiles();
-    markLaterCommands();
     accessibility::nameControls(this);
     accessibility::hideItemsOfHiddenPages(m_ui->vues);
     Form_Load();
@@ -194,9 +194,12 @@ void MainPF::decorate()
          "Nombre de caractères que Kelvora sait transmettre"},
     };
     bool first = true;
+    QFrame *bannerSeparator = nullptr;
     for (const auto &[name, accessible, tip] : labels) {
         if (!std::exchange(first, false)) {
             auto *separator = new QFrame(statusBar());
+            if (qstrcmp(name, "bandeau") == 0)
+                bannerSeparator = separator;
             separator->setFrameShape(QFrame::VLine);
             separator->setFrameShadow(QFrame::Sunken);
             statusBar()->addPermanentWidget(separator);
@@ -214,8 +217,10 @@ void MainPF::decorate()
     // The banner is also the caption: it gives its room to a message while one shows,
     // which the fields would otherwise cut short.
     auto *banner = statusBar()->findChild<QLabel *>(QStringLiteral("bandeau"));
-    connect(statusBar(), &QStatusBar::messageChanged, banner,
-            [banner](const QString &message) { banner->setVisible(message.isEmpty()); });
+    connect(statusBar(), &QStatusBar::messageChanged, banner, [banner, bannerSeparator](const QString &message) {
+        banner->setVisible(message.isEmpty());
+        bannerSeparator->setVisible(message.isEmpty());
+    });
 }
 
 void MainPF::wireSettingWriters()
@@ -279,17 +284,6 @@ void MainPF::wirePanel()
         validate->setAccessibleName(QStringLiteral("Valider"));
 }
 
-void MainPF::markLaterCommands()
-{
-    const Ui::MainPF &ui = *m_ui;
-    const QString later = QString::fromUtf8(mainTexts::laterTooltip);
-    for (QAction *action :
-         {ui.fencla}) {
-        action->setEnabled(false);
-        action->setToolTip(later);
-    }
-}
-
 void MainPF::wireTextFiles()
 {
     const Ui::MainPF &ui = *m_ui;
@@ -318,6 +312,8 @@ void MainPF::wireTables()
         connect(action, &QAction::triggered, this, [this] { openEditor(false); });
     connect(o.Command13, &QPushButton::clicked, this, [this] { openEditor(false); });
     connect(ui.Command17, &QPushButton::clicked, this, &MainPF::showQueryWindow);
+    connect(ui.Command18, &QPushButton::clicked, this, &MainPF::showKeyboard);
+    connect(ui.fencla, &QAction::triggered, this, &MainPF::showKeyboard);
     connect(ui.fenreq, &QAction::triggered, this, &MainPF::showQueryWindow);
     // A double click on the current word plays it alone.
     connect(m_tables, &WordTableArea::wordDoubleClicked, this, [this](const QString &word) {
@@ -375,6 +371,30 @@ void MainPF::showQueryWindow()
     kvglobal::queryWindow->show();
     kvglobal::queryWindow->raise();
     kvglobal::queryWindow->activateWindow();
+}
+
+void MainPF::showKeyboard()
+{
+    if (!kvglobal::keyboardWindow) {
+        // The keys are the reference table's rows in the order the window reads them.
+        std::vector<QString> characters;
+        const QueryResult ref = m_refDatabase->query(QStringLiteral("select car from ref order by car"));
+        if (!ref.ok)
+            showNotice(ref.error);
+        for (const QVariantList &row : ref.rows)
+            characters.push_back(row.value(0).isNull() ? QString() : row.value(0).toString());
+        kvglobal::keyboardWindow = new KeyboardWindow(characters, m_session, [this](const QString &text) {
+            m_ui->EXO->setPlainText(text);
+            m_options->debfin->setChecked(false); // no start or end sign around a key
+            if (!m_playback->prepare(false))
+                return false;
+            m_playback->play();
+            return true;
+        }, this);
+    }
+    kvglobal::keyboardWindow->show();
+    kvglobal::keyboardWindow->raise();
+    kvglobal::keyboardWindow->activateWindow();
 }
 
 void MainPF::setUserCaption(const QString &user)

@@ -98,7 +98,7 @@ private:
     void wireCommands();
     void wireSettingWriters();
     void wirePanel();
-    void markLaterCommands();
+    void showKeyboard();
     void Form_Load();
     void fillChoiceLists();
     void writeGreeting();

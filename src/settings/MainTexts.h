@@ -10,7 +10,6 @@ inline constexpr const char *greetingCallSign = "F4KLV";
 // amateur Morse operators, which runs Morse courses; opened by the Morse key picture.
 inline constexpr const char *learningPageUrl = "https://www.uft.net/";
 // Tooltip of every command whose work comes with a later release.
-inline constexpr const char *laterTooltip = "Disponible dans une prochaine version";
 
 // "Kelvora Version 3.2.5, Table : mot (N),   Utilisateur=user" (three blanks).
 QString banner(const QString &table, int rowCount, const QString &user);

@@ -3,7 +3,9 @@
 #include "WindowTest.h"
 
 #include "exercises/Generators.h"
+#include "app/kvglobal.h"
 #include "ui/ExerciseGenerator.h"
+#include "ui/KeyboardWindow.h"
 #include "words/WordDatabase.h"
 
 #include <QAction>
@@ -13,6 +15,7 @@
 #include <QListWidget>
 #include <QStatusBar>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QTimer>
 #include <QtTest>
@@ -222,6 +225,40 @@ private slots:
         QVERIFY(fx->runUntil([&] { return !w<QAction>("motenboucle")->isChecked(); }));
         QCOMPARE(win->statusBar()->currentMessage(), QString("La table « vide » ne contient aucun mot."));
         QVERIFY(listed().isEmpty());
+    }
+
+    void keyboardQueuesTheKeysOfOneSound()
+    {
+        openWith({{"debfin", "1"}, {"vitesse", "50"}});
+        click("Command18");
+        auto *keyboard = qobject_cast<KeyboardWindow *>(kvglobal::keyboardWindow.data());
+        QVERIFY(keyboard && keyboard->isVisible());
+        QCOMPARE(keyboard->windowTitle(), QString("Kelvora Version 3 - Clavier"));
+        // A key for each character of the reference table, its caption whole.
+        WordDatabase ref(fx->path("db/kvmot.sqlite"));
+        const QList<QPushButton *> keys = keyboard->findChildren<QPushButton *>();
+        QCOMPARE(keys.size(), ref.query("select count(car) from ref").rows.at(0).at(0).toInt());
+        QPushButton *n = nullptr;
+        for (QPushButton *key : keys) {
+            QVERIFY(key->fontMetrics().horizontalAdvance(key->text()) < key->width());
+            if (key->text() == "n")
+                n = key;
+        }
+        QVERIFY(n);
+
+        QTest::keyClicks(keyboard, "e"); // the player is free: at once, without signs
+        QCOMPARE(text(), QString("e"));
+        QCOMPARE(valueOf("debfin"), QString("0"));
+        QVERIFY(!fx->session.playerFree);
+        QTest::keyClicks(keyboard, "ta"); // during the sound: they wait
+        testsupport::press(n);
+        QCOMPARE(text(), QString("e"));
+        QVERIFY(fx->runUntil([&] { return text() == "tan"; })); // one text, in order
+        QCOMPARE(keyboard->findChild<QLabel *>("Label2")->text(), QString("tan"));
+        QVERIFY(fx->session.keyboardQueue.isEmpty());
+        testsupport::press(n);
+        keyboard->close(); // what waits is forgotten
+        QVERIFY(fx->session.keyboardQueue.isEmpty());
     }
 
     void watchdogStopsALongSearch()
