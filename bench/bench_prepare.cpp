@@ -3,7 +3,9 @@
 //       end signs, until the player is open and ready to play: tmp/test.wav is rendered
 //       and the device reopened on it;
 //   (b) the player's Play button until the first non-silent sample reaches a private null
-//       sink, as its monitor records it (parec's own delivery time included).
+//       sink, as its monitor records it (parec's own delivery time included);
+//   (c) a key typed in the keyboard window ("Clavier") until its first non-silent sample
+//       reaches the sink the same way: the key is put in the text, rendered, played.
 // Run under an audio server, e.g. the one of scripts/run-tests.sh, or start one:
 //   pulseaudio -D -n --exit-idle-time=-1 --load=module-null-sink --load=module-native-protocol-unix
 //   build/bench/bench_prepare
@@ -11,6 +13,7 @@
 #include "SoundCapture.h"
 #include "settings/Session.h"
 #include "app/MainPF.h"
+#include "app/kvglobal.h"
 #include "ui/UserPrompts.h"
 #include "playback/ExercisePlayback.h"
 #include "playback/MediaDevice.h"
@@ -21,6 +24,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QKeyEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -151,8 +155,57 @@ void BM_PlayButtonToFirstSound(benchmark::State &state)
     }
 }
 
+void BM_KeyPressToFirstSound(benchmark::State &state)
+{
+    if (const QString problem = serverProblem(); !problem.isEmpty()) {
+        state.SkipWithError(qPrintable(problem));
+        return;
+    }
+    Window &w = window();
+    // One sink and one recorder for every repetition: the keyboard's sound stays on it.
+    static PrivateSink sink(QStringLiteral("keyboard"));
+    static const QAudioDevice device = sink.device(10000);
+    static MonitorRecorder recorder(sink.name());
+    static const bool recording = !device.isNull() && recorder.start(10000);
+    if (!recording) {
+        state.SkipWithError("the private null sink could not be recorded");
+        return;
+    }
+    w.player()->setOutputDevice(device);
+    w.click("Command18");
+    QWidget *keyboard = kvglobal::keyboardWindow;
+    if (!keyboard) {
+        state.SkipWithError("the keyboard window did not open");
+        return;
+    }
+    for (auto _ : state) {
+        settle(300); // the last key has sounded: the player is free, the monitor silent
+        if (!w.session.playerFree) {
+            state.SkipWithError("the player was not given back");
+            return;
+        }
+        const qsizetype from = recorder.samples().size();
+        const qint64 pressedAt = recorder.nowNs();
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_E, Qt::NoModifier, QStringLiteral("e"));
+        QCoreApplication::sendEvent(keyboard, &press);
+        qsizetype first = -1;
+        QElapsedTimer limit;
+        limit.start();
+        while (first < 0 && limit.elapsed() < 5000) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+            first = firstSound(recorder.samples(), from);
+        }
+        if (first < 0) {
+            state.SkipWithError("no sound reached the sink");
+            return;
+        }
+        state.SetIterationTime(double(recorder.arrivalNs(first) - pressedAt) / 1e9);
+    }
+}
+
 BENCHMARK(BM_PrepareToReady)->Unit(benchmark::kMillisecond)->Repetitions(7)->ReportAggregatesOnly(true);
 BENCHMARK(BM_PlayButtonToFirstSound)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(3)->Repetitions(7)->ReportAggregatesOnly(true);
+BENCHMARK(BM_KeyPressToFirstSound)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(3)->Repetitions(7)->ReportAggregatesOnly(true);
 
 } // namespace
 

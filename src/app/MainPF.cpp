@@ -388,7 +388,7 @@ void MainPF::showKeyboard()
             m_options->debfin->setChecked(false); // no start or end sign around a key
             if (!m_playback->prepare(false))
                 return false;
-            m_playback->play();
+            m_playback->playKeys();
             return true;
         }, this);
     }

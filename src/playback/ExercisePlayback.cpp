@@ -163,6 +163,7 @@ bool ExercisePlayback::prepare(bool userActed)
 void ExercisePlayback::playPressed()
 {
     m_session.playerFree = false;
+    m_keysOnly = false;
     m_ptt.openForPlay();
     m_noise.startTicked();
     m_endSeen = false;
@@ -181,8 +182,15 @@ void ExercisePlayback::stopPressed()
     showDeviceState();
 }
 
+void ExercisePlayback::playKeys()
+{
+    play();
+    m_keysOnly = true;
+}
+
 void ExercisePlayback::play()
 {
+    m_keysOnly = false;
     m_endSeen = false;
     m_player->play();
 }
@@ -219,8 +227,8 @@ void ExercisePlayback::endOfPlay()
     m_session.playerFree = true;
     emit playEnded();
     m_ptt.closeIfOpen();
-    const EndOfPlay next =
-        EndOfPlay::after(m_controls.autoCorrection->isChecked(), m_controls.wordLoop->isChecked());
+    const EndOfPlay next = EndOfPlay::after(m_controls.autoCorrection->isChecked() && !m_keysOnly,
+                                            m_controls.wordLoop->isChecked() && !m_keysOnly);
     if (next.enableWordTimer)
         m_wordTimer->start();
     else

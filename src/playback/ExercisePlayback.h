@@ -74,6 +74,9 @@ public:
     void stopPressed();
     // "Jouer" of the "Musique" menu: the prepared sound, without push-to-talk or noise.
     void play();
+    // The keys of the keyboard window, played as "Jouer" does; their end starts neither
+    // the correction nor the word loop (a key is no exercise).
+    void playKeys();
 
 signals:
     // The end of play hands over to the correction replay.
@@ -112,6 +115,7 @@ private:
     UserPrompts &m_prompts;
     MediaDevice *m_player; // child of this object
     bool m_endSeen = false; // the end of this recording has been handled
+    bool m_keysOnly = false; // the sound playing is the keyboard's
     bool m_opening = false;
     QString m_openError;
 };

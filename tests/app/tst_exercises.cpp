@@ -229,7 +229,7 @@ private slots:
 
     void keyboardQueuesTheKeysOfOneSound()
     {
-        openWith({{"debfin", "1"}, {"vitesse", "50"}});
+        openWith({{"debfin", "1"}, {"vitesse", "50"}, {"fcorrection", "1"}});
         click("Command18");
         auto *keyboard = qobject_cast<KeyboardWindow *>(kvglobal::keyboardWindow.data());
         QVERIFY(keyboard && keyboard->isVisible());
@@ -256,6 +256,9 @@ private slots:
         QVERIFY(fx->runUntil([&] { return text() == "tan"; })); // one text, in order
         QCOMPARE(keyboard->findChild<QLabel *>("Label2")->text(), QString("tan"));
         QVERIFY(fx->session.keyboardQueue.isEmpty());
+        // A key is no exercise: its end starts no correction.
+        QVERIFY(fx->runUntil([&] { return fx->session.playerFree; }));
+        QCOMPARE(w<QTimer>("Timer5")->interval(), 0);
         testsupport::press(n);
         keyboard->close(); // what waits is forgotten
         QVERIFY(fx->session.keyboardQueue.isEmpty());
