@@ -56,4 +56,18 @@ QString decode(const QByteArray &bytes)
     return out;
 }
 
+QString decodeJoiningLines(const QByteArray &bytes)
+{
+    QString out(bytes.size(), Qt::Uninitialized);
+    QChar *const begin = out.data();
+    QChar *o = begin;
+    for (const char c : bytes) {
+        const auto b = static_cast<unsigned char>(c);
+        *o = QChar(b >= 0x80 && b < 0xA0 ? high[b - 0x80] : char16_t(b));
+        o += (b != '\n' && b != '\r'); // written, then kept or overwritten: no branch
+    }
+    out.truncate(o - begin);
+    return out;
+}
+
 } // namespace kelvora::windows1252

@@ -11,5 +11,7 @@ QByteArray encode(const QString &text);
 bool canEncode(char32_t codePoint);
 // The five bytes the code page leaves undefined decode to the C1 control of the same value.
 QString decode(const QByteArray &bytes);
+// The same with every CR and LF byte left out (a text file's lines joined), in one pass.
+QString decodeJoiningLines(const QByteArray &bytes);
 
 } // namespace kelvora::windows1252

@@ -15,13 +15,7 @@ QStringList list(const QString &folder)
 
 QString textOf(const QByteArray &bytes)
 {
-    QByteArray kept;
-    kept.reserve(bytes.size());
-    for (char b : bytes) {
-        if (b != '\n' && b != '\r')
-            kept.append(b);
-    }
-    return windows1252::decode(kept);
+    return windows1252::decodeJoiningLines(bytes);
 }
 
 QString loaded(const QString &current, bool append, const QString &fileText)

@@ -2,6 +2,8 @@
 
 #include "core/TextUtils.h"
 
+#include <algorithm>
+
 namespace kelvora::textTools {
 
 // The tools walk UTF-16 units with raw pointers (a text of a megabyte takes a few
@@ -11,34 +13,55 @@ QString fiveCharacterGroups(const QString &text)
 {
     const QChar *s = text.constData();
     const qsizetype n = text.size();
-    const QStringView view(text);
-    QString out(n + n / 5 + 1, Qt::Uninitialized);
-    QChar *o = out.data();
+    // First the blanks out. Each blank removed shifts the text under an index that moves
+    // on regardless: the character after a removed blank is never looked at, so it stays
+    // even if blank. A blank is thus dropped when the one before it was not; counted
+    // without a branch, as blanks fall at random.
+    QString kept(n, Qt::Uninitialized);
+    QChar *k = kept.data();
     qsizetype w = 0;
-    qsizetype characters = 0;
-    // Where the output stood after the last group and the one before.
-    qsizetype lastGroupEnd = 0;
-    qsizetype groupEndBefore = 0;
-    const auto keepAt = [&](qsizetype &j) {
-        o[w++] = s[j];
-        if (text::characterWidth(view, j) == 2)
-            o[w++] = s[++j];
-        if (++characters % 5 == 0) {
-            o[w++] = u' ';
-            groupEndBefore = lastGroupEnd;
-            lastGroupEnd = w;
-        }
-    };
-    // Each blank removed shifts the text under an index that moves on regardless: the
-    // character after a removed blank is never looked at, so it stays even if blank.
+    bool dropped = false;
+    bool surrogates = false;
     for (qsizetype j = 0; j < n; ++j) {
-        if (s[j] != u' ')
-            keepAt(j);
-        else if (++j < n)
-            keepAt(j);
+        const QChar c = s[j];
+        dropped = c == u' ' && !dropped;
+        surrogates |= c.isSurrogate();
+        k[w] = c;
+        w += !dropped;
     }
-    // A group is kept only when at least one character follows it.
-    out.truncate(characters > 0 && characters % 5 == 0 ? groupEndBefore : lastGroupEnd);
+    // Then groups of five characters, each followed by a blank; a group is kept only when
+    // at least one character follows it, so the last 1 to 5 characters go.
+    QString out(w + w / 5 + 1, Qt::Uninitialized);
+    QChar *o = out.data();
+    qsizetype written = 0;
+    if (!surrogates) {
+        const qsizetype groups = w > 0 ? (w - 1) / 5 : 0;
+        for (qsizetype g = 0; g < groups; ++g) {
+            std::copy_n(k + 5 * g, 5, o + 6 * g);
+            o[6 * g + 5] = u' ';
+        }
+        written = 6 * groups;
+    } else {
+        // An emoji is one character: its two UTF-16 units go together.
+        qsizetype lastGroupEnd = 0;
+        qsizetype groupEndBefore = 0;
+        int inGroup = 0;
+        bool full = false; // the last character written ended a group
+        for (qsizetype j = 0; j < w; ++j) {
+            o[written++] = k[j];
+            if (k[j].isHighSurrogate() && j + 1 < w && k[j + 1].isLowSurrogate())
+                o[written++] = k[++j];
+            full = ++inGroup == 5;
+            if (full) {
+                inGroup = 0;
+                o[written++] = u' ';
+                groupEndBefore = lastGroupEnd;
+                lastGroupEnd = written;
+            }
+        }
+        written = full ? groupEndBefore : lastGroupEnd;
+    }
+    out.truncate(written);
     return out;
 }
 
