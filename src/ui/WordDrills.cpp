@@ -58,6 +58,7 @@ void WordDrills::sendWord()
         return;
     }
     const QString word = m_tables.moveTo(random::draw(count));
+    m_lastSent = word;
     m_c.exercise->setPlainText(word);
     m_c.list->addItem(word);
     m_c.list->setCurrentRow(m_c.list->count() - 1);
@@ -82,6 +83,7 @@ void WordDrills::toggleWordLoop(bool checked)
 
 void WordDrills::startTypedDrill()
 {
+    m_lastSent = QString();
     m_c.list->clear();
     m_views.showListView();
     m_c.autoCorrection->setChecked(false);
@@ -96,15 +98,22 @@ void WordDrills::nextTypedWord()
 {
     {
         const QSignalBlocker quiet(m_c.typing);
-        m_c.typing->setText(m_c.currentWord->text());
+        m_c.typing->setText(awaitedWord());
     }
     onTyped(m_c.typing->text());
+}
+
+QString WordDrills::awaitedWord() const
+{
+    // The word sent last, whatever the record set shows since (it is read again when the
+    // window comes back to the front); before any, the word shown, which starts the drill.
+    return m_lastSent.isNull() ? m_c.currentWord->text() : m_lastSent;
 }
 
 void WordDrills::onTyped(const QString &text)
 {
     // Exact: case, accents, nothing missing, nothing more.
-    if (m_sending || text != m_c.currentWord->text())
+    if (m_sending || text != awaitedWord())
         return;
     m_sending = true;
     sendWord();

@@ -66,6 +66,7 @@ signals:
     void notice(const QString &text);
 
 private:
+    QString awaitedWord() const;
     void onTyped(const QString &text);
     void onDelayChanged(const QString &text);
     void onDelayTyped(); // Enter or the focus leaving the box
@@ -77,6 +78,7 @@ private:
     SettingsWriter &m_writer;
     QTimer *m_timer;
     PlayWord m_playWord;
+    QString m_lastSent; // null until a word is sent
     bool m_typing = false;
     bool m_sending = false;
 };

@@ -183,6 +183,7 @@ private slots:
         QCOMPARE(valueOf("Fcorrection") + valueOf("debfin"), QString("00"));
 
         auto *typing = w<QLineEdit>("Text17");
+        click("Data1dernier"); // the word shown moves on; the one awaited does not
         QTest::keyClicks(typing, first.toUpper()); // another case is another word
         QCOMPARE(listed().size(), 1);
         typing->clear();
@@ -191,7 +192,7 @@ private slots:
         QTest::keyClicks(typing, first.right(1));
         QCOMPARE(listed().size(), 2);
         QCOMPARE(typing->text(), QString());
-        QCOMPARE(listed().last(), w<QLabel>("Text14")->text());
+        click("Data1premier");
         click("Command12"); // skips the word, the box being empty
         QCOMPARE(listed().size(), 3);
         QCOMPARE(typing->text(), QString());
