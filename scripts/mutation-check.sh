@@ -45,7 +45,7 @@ mutants=$(cat <<'EOF'
 26 | UserProfile.cpp | (quint32(blue & 0xFF) << 16) | (quint32(blue & 0xFF) << 8) | stored colours lose their blue
 27 | SoundSettings.cpp | return v < 3 ? QStringLiteral("3") : vitesse; | return v < 2 ? QStringLiteral("3") : vitesse; | a speed of 2 is accepted
 28 | RecordSet.cpp | return m_position == position; | return true; | moving past the last record says it moved
-29 | WordTableArea.cpp | if (table.attributes == 0 && table.name != QLatin1String("ref")) | if (table.attributes == 0) | the reference table shows among the word tables
+29 | WordTables.cpp | if (table.attributes == 0 && table.name != QLatin1String("ref")) | if (table.attributes == 0) | the reference table shows among the word tables
 30 | ProfileController.cpp | return QStringLiteral("Aucun nom saisi"); | return {}; | a blank user name becomes a profile
 31 | ExercisePlayback.cpp | m_controls.rewind->setEnabled(open); | m_controls.rewind->setEnabled(true); | rewind is offered with no sound
 32 | PushToTalkControl.cpp | return m_controls.enable->isChecked(); | return false; | push-to-talk is never keyed
