@@ -29,8 +29,6 @@ public:
     KeyboardWindow(const std::vector<QString> &characters, Session &session, PlayText play,
                    QWidget *parent = nullptr);
 
-    QTimer *timer() const { return m_timer; } // Timer1
-
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void closeEvent(QCloseEvent *event) override;

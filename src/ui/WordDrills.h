@@ -54,8 +54,6 @@ public:
     void toggleWordLoop(bool checked); // motenboucle
     void startTypedDrill();            // motclavier
     void nextTypedWord();              // Command12
-    // The typed-word drill has been started and nothing else has replaced its words.
-    bool typedDrillRunning() const { return m_typing; }
     // Another exercise took the text's place: the typed drill stops waiting for its word.
     void stopTypedDrill() { m_typing = false; }
     // The exercise player started or ended a sound: the typing box takes the focus.
