@@ -39,6 +39,7 @@ void KeyboardWindow::buildKeys(const std::vector<QString> &characters)
     const keyboard::KeyGrid grid = keyboard::layOut(characters);
     auto *layout = new QGridLayout(this);
     layout->setSpacing(3);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
     // One size for every key, from the font: the widest caption fits at any scaling.
     const QFontMetrics metrics(font());
     int side = metrics.height() + 10;
@@ -62,6 +63,8 @@ void KeyboardWindow::buildKeys(const std::vector<QString> &characters)
         shown->setTextFormat(Qt::PlainText);
         shown->setFrameShape(QFrame::StyledPanel);
         shown->setMinimumHeight(metrics.height() + 6);
+        // The keys' grid gives the width; a long run of keys shows its end.
+        shown->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         layout->addWidget(shown, line - 1, 0, 1, std::max(grid.columns, 1));
         return shown;
     };
@@ -75,6 +78,12 @@ bool KeyboardWindow::sound(const QString &text)
         return false;
     m_session.playerFree = false;
     return true;
+}
+
+void KeyboardWindow::showKeys(QLabel *label, const QString &keys)
+{
+    const int room = label->contentsRect().width() - 2 * label->margin() - 4;
+    label->setText(label->fontMetrics().elidedText(keys, Qt::ElideLeft, std::max(room, 0)));
 }
 
 void KeyboardWindow::keyPressEvent(QKeyEvent *event)
@@ -92,9 +101,9 @@ void KeyboardWindow::keyPressEvent(QKeyEvent *event)
 
 void KeyboardWindow::onTick()
 {
-    m_waiting->setText(m_queue.waiting());
+    showKeys(m_waiting, m_queue.waiting());
     if (const auto text = m_queue.tick()) {
-        m_sent->setText(*text);
+        showKeys(m_sent, *text);
         sound(*text);
     }
 }

@@ -37,6 +37,7 @@ private:
     void buildKeys(const std::vector<QString> &characters);
     void onTick();
     bool sound(const QString &text);
+    static void showKeys(QLabel *label, const QString &keys);
 
     Session &m_session;
     keyboard::KeyQueue m_queue;
