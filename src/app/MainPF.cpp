@@ -51,6 +51,18 @@
 
 namespace kelvora {
 
+namespace {
+
+// A window of the program, shown in front and given the keyboard.
+void bringForward(QWidget *window)
+{
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+} // namespace
+
 MainPF::MainPF(Session &session, const QString &settingsPath, UserPrompts &prompts,
                const MediaDeviceFactory &devices, QWidget *parent)
     : QMainWindow(parent)
@@ -350,9 +362,7 @@ void MainPF::openEditor(bool reference)
         m_tables->reopen();
         setWindowTitle(editorCaption(m_tables->count()));
     });
-    m_editor->show();
-    m_editor->raise();
-    m_editor->activateWindow();
+    bringForward(m_editor);
 }
 
 void MainPF::showQueryWindow()
@@ -368,21 +378,16 @@ void MainPF::showQueryWindow()
         connect(window, &QueryWindow::notice, this, &MainPF::showNotice);
         kvglobal::queryWindow = window;
     }
-    kvglobal::queryWindow->show();
-    kvglobal::queryWindow->raise();
-    kvglobal::queryWindow->activateWindow();
+    bringForward(kvglobal::queryWindow);
 }
 
 void MainPF::showKeyboard()
 {
     if (!kvglobal::keyboardWindow) {
-        // The keys are the reference table's rows in the order the window reads them.
-        std::vector<QString> characters;
-        const QueryResult ref = m_refDatabase->query(QStringLiteral("select car from ref order by car"));
-        if (!ref.ok)
-            showNotice(ref.error);
-        for (const QVariantList &row : ref.rows)
-            characters.push_back(row.value(0).isNull() ? QString() : row.value(0).toString());
+        QString error;
+        const std::vector<QString> characters = m_lookup->characters(&error);
+        if (!error.isEmpty())
+            showNotice(error);
         kvglobal::keyboardWindow = new KeyboardWindow(characters, m_session, [this](const QString &text) {
             m_ui->EXO->setPlainText(text);
             m_options->debfin->setChecked(false); // no start or end sign around a key
@@ -392,9 +397,7 @@ void MainPF::showKeyboard()
             return true;
         }, this);
     }
-    kvglobal::keyboardWindow->show();
-    kvglobal::keyboardWindow->raise();
-    kvglobal::keyboardWindow->activateWindow();
+    bringForward(kvglobal::keyboardWindow);
 }
 
 void MainPF::setUserCaption(const QString &user)
@@ -488,9 +491,7 @@ void MainPF::showAbout()
 {
     if (!kvglobal::aboutWindow)
         kvglobal::aboutWindow = new AboutBox(this);
-    kvglobal::aboutWindow->show();
-    kvglobal::aboutWindow->raise();
-    kvglobal::aboutWindow->activateWindow();
+    bringForward(kvglobal::aboutWindow);
 }
 
 void MainPF::openLearningPage()

@@ -27,6 +27,12 @@ int byteFor(char32_t cp)
     return -1;
 }
 
+// The character of one byte.
+char16_t charOf(unsigned char b)
+{
+    return b >= 0x80 && b < 0xA0 ? high[b - 0x80] : char16_t(b);
+}
+
 } // namespace
 
 bool canEncode(char32_t codePoint)
@@ -50,8 +56,7 @@ QString decode(const QByteArray &bytes)
     QString out(bytes.size(), Qt::Uninitialized);
     QChar *o = out.data();
     for (const char c : bytes) {
-        const auto b = static_cast<unsigned char>(c);
-        *o++ = QChar(b >= 0x80 && b < 0xA0 ? high[b - 0x80] : char16_t(b));
+        *o++ = QChar(charOf(static_cast<unsigned char>(c)));
     }
     return out;
 }
@@ -62,9 +67,8 @@ QString decodeJoiningLines(const QByteArray &bytes)
     QChar *const begin = out.data();
     QChar *o = begin;
     for (const char c : bytes) {
-        const auto b = static_cast<unsigned char>(c);
-        *o = QChar(b >= 0x80 && b < 0xA0 ? high[b - 0x80] : char16_t(b));
-        o += (b != '\n' && b != '\r'); // written, then kept or overwritten: no branch
+        *o = QChar(charOf(static_cast<unsigned char>(c)));
+        o += (c != '\n' && c != '\r'); // written, then kept or overwritten: no branch
     }
     out.truncate(o - begin);
     return out;

@@ -201,7 +201,7 @@ QString noWordsNotice(const WordSource *words)
         return QStringLiteral("Aucune table de mots n'est choisie.");
     if (!words->error().isEmpty())
         return words->error();
-    return QStringLiteral("La table « %1 » ne contient aucun mot.").arg(words->name());
+    return emptyTableNotice(words->name());
 }
 
 // Draws `count` positions in the record set, one per word.
@@ -316,6 +316,11 @@ QString kindName(Kind kind)
             return QString::fromLatin1(text);
     }
     return {};
+}
+
+QString emptyTableNotice(const QString &table)
+{
+    return QStringLiteral("La table « %1 » ne contient aucun mot.").arg(table);
 }
 
 void start(QString &text, bool append)

@@ -46,6 +46,9 @@ inline constexpr char abandonMessage[] =
     "Pas assez de lettes dans la barre de progréssion, Fonction abandonnée ajoutez des "
     "lettres et recommencez";
 
+// What the status bar says when a word exercise or drill finds no word in `table`.
+QString emptyTableNotice(const QString &table);
+
 // The start rule: replace the text, or append one blank to it when `append` ("ajout").
 void start(QString &text, bool append);
 // How many items nbgroup's text asks for: its leading number, whole, 0 .. 102.

@@ -12,6 +12,17 @@ PatternLookup::PatternLookup(WordDatabase &database)
 {
 }
 
+std::vector<QString> PatternLookup::characters(QString *error)
+{
+    std::vector<QString> characters;
+    const QueryResult ref = m_database.query(QStringLiteral("select car from ref order by car"));
+    if (!ref.ok && error)
+        *error = ref.error;
+    for (const QVariantList &row : ref.rows)
+        characters.push_back(row.value(0).isNull() ? QString() : row.value(0).toString());
+    return characters;
+}
+
 QString PatternLookup::condition(const QString &character)
 {
     QString c = character.toLower();

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace kelvora {
 
@@ -32,6 +33,11 @@ public:
     {
         return findRow(character, error).cw;
     }
+
+    // Every row's `car` in the order the main window reads the table ("order by car"),
+    // a null QString for a row without one (the keyboard's keys). `error` receives a
+    // database failure; the list is then empty.
+    std::vector<QString> characters(QString *error = nullptr);
 
     bool hasCurrentRow() const { return m_current.has_value(); }
 

@@ -1,6 +1,7 @@
 #include "ui/WordDrills.h"
 
 #include "core/Random.h"
+#include "exercises/Generators.h"
 #include "settings/ChoiceLists.h"
 #include "settings/SettingKeys.h"
 #include "ui/SettingsWriter.h"
@@ -54,7 +55,7 @@ void WordDrills::sendWord()
     if (count == 0) {
         // Nothing to send: the loop stops rather than tick on an empty table.
         m_c.wordLoop->setChecked(false);
-        emit notice(QStringLiteral("La table « %1 » ne contient aucun mot.").arg(m_tables.table()));
+        emit notice(exercises::emptyTableNotice(m_tables.table()));
         return;
     }
     const QString word = m_tables.moveTo(random::draw(count));
