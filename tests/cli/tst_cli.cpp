@@ -15,30 +15,18 @@ class CliTest : public QObject {
 private slots:
     void initTestCase();
     void init();
-    void timingWithDefaults();
-    void timingOptions_data();
-    void timingOptions();
+    void commands_data();
+    void commands();
     void profileValuesAreUsed();
-    void pattern_data();
-    void pattern();
     void render_data();
     void render();
-    void renderFromWindows1252File();
     void exercisePinned_data();
     void exercisePinned();
-    void exerciseOptions_data();
-    void exerciseOptions();
-    void badUsage_data();
-    void badUsage();
     void realProcessExitStatus_data();
     void realProcessExitStatus();
     void writeFailure_data();
     void writeFailure();
-    void words_data();
-    void words();
     void killedImportLeavesTheTableWhole();
-    void text_data();
-    void text();
 
 private:
     struct Run {
@@ -66,6 +54,8 @@ void CliTest::initTestCase()
     QVERIFY(QDir().mkpath(m_root + "/textes"));
     QFile qso(m_root + "/textes/qso.txt");
     QVERIFY(qso.open(QIODevice::WriteOnly) && qso.write("CQ DE F4KVX\r\nNo\xebl\r\n") == 19);
+    QFile text(m_root + "/texte.txt"); // sent as it is: the CR LF stays
+    QVERIFY(text.open(QIODevice::WriteOnly) && text.write("\xe9t\xe9\r\n") == 5);
 }
 
 void CliTest::init()
@@ -92,38 +82,91 @@ CliTest::Run CliTest::run(QStringList arguments, const QByteArray &input)
     return {status, out, err};
 }
 
-void CliTest::timingWithDefaults()
+// One command a row: its status, its whole output (a regular expression) and a part of
+// its error output (empty: none). A refused command writes no sound.
+void CliTest::commands_data()
 {
-    const Run r = run({"timing"});
-    QCOMPARE(r.status, 0);
-    QCOMPARE(r.out, QStringLiteral(
-                        "NP=120\nNT=48\nES=108\nEL=48\nEM=11\nVP=120\nVT=144\nVS=108\nVL=144\n"
-                        "VM=99\nTT=615\ndot=97\ndash=291\nelementGap=97\nletterGap=291\n"
-                        "wordGap=873\nSoit 97 Millièmes de secondes pour un point (arrondie à "
-                        "l'unité inférieure)\n"));
-    QVERIFY(r.err.isEmpty());
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("input");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("out");
+    QTest::addColumn<QString>("err");
+    const auto row = [](const char *name, const QStringList &arguments, int status, const QString &out, const QString &err = {},
+                        const QByteArray &input = {}) { QTest::newRow(name) << arguments << input << status << out << err; };
+    row("timing with the defaults", {"timing"}, 0,
+        "NP=120\nNT=48\nES=108\nEL=48\nEM=11\nVP=120\nVT=144\nVS=108\nVL=144\nVM=99\nTT=615\ndot=97\ndash=291\nelementGap=97\n"
+        "letterGap=291\nwordGap=873\nSoit 97 Millièmes de secondes pour un point \\(arrondie à l'unité inférieure\\)\n");
+    row("word gap of 7", {"--cm", "7", "timing"}, 0, ".*TT=593\ndot=101\n.*wordGap=707\n.*");
+    row("speed clamped to 3", {"--wpm", "2", "timing"}, 0, "NP=30\n.*EM=2\n.*");
+    row("reference word trimmed, option with =", {"--wpm=10", "--word", " CODEX ", "timing"}, 0, ".*EM=9\n.*TT=611\n.*");
+    row("pattern of a letter", {"pattern", "A"}, 0, "\\.-\ta\\.wav\n");
+    row("pattern of an accented capital", {"pattern", "È"}, 0, "\\.-\\.\\.-\te_grave\\.wav\n");
+    row("no row in a fresh process", {"pattern", "~"}, 2, "", "~");
+    row("36 groups of 5 of the whole set", {"exercise", "letters"}, 0, "([A-Z]{5} ){36}");
+    row("count 0 is 1", {"exercise", "callsigns", "--count", "0"}, 0, "\\S+ ");
+    row("count 150 is 102", {"exercise", "digits", "--count", "150", "--progress", "7"}, 0, "(7{5} ){102}");
+    row("count not a number is 1", {"exercise", "digits", "--count", "abc", "--progress", "7"}, 0, "7{5} ");
+    row("append", {"exercise", "digits", "--count", "1", "--progress", "7", "--append", "AB"}, 0, "AB 7{5} ");
+    row("table and condition", {"exercise", "words", "--count", "2", "--where", "len(mot) = 3"}, 0, "((été|mer|âge) ){2}");
+    row("empty table: said, not an error", {"exercise", "words", "--table", "vide"}, 0, "", "ne contient aucun mot");
+    row("missing table", {"exercise", "words", "--table", "absente"}, 2, "", "absente");
+    row("condition refused", {"exercise", "words-plain", "--where", "mot like"}, 2, "", "a échoué");
+    row("progression without words", {"exercise", "progression-words", "--progress", "xyz"}, 0, "", "Pas assez de lettes");
+    row("mock exam reads mot whatever the table", {"exercise", "mock-exam", "--table", "vide", "--progress", "a1"}, 0,
+        "(a{5} ){30}(1{5} ){6}\r\n\r\n( \\S+){5}  [0-9]{4}.*\\.");
+    row("seed not a number", {"--seed", "sept", "exercise", "letters"}, 2, "", "--seed attend un nombre entier");
+    row("unknown kind", {"exercise", "lettres"}, 2, "", "Genre d'exercice inconnu");
+    row("no kind", {"exercise"}, 2, "", "un seul genre");
+    row("no command", {}, 2, "", "Il manque la commande");
+    row("unknown command", {"joue"}, 2, "", "Commande inconnue");
+    row("unknown option", {"--vitesse", "12", "timing"}, 2, "", "Option inconnue");
+    row("missing value", {"timing", "--wpm"}, 2, "", "Il manque la valeur");
+    row("debfin not 0 or 1", {"--debfin", "oui", "timing"}, 2, "", "--debfin");
+    row("selection not numbers", {"render", "--text", "E", "--selection", "a"}, 2, "", "--selection");
+    row("negative selection", {"render", "--text", "E", "--selection", "-1,2"}, 2, "", "--selection");
+    row("pattern without character", {"pattern"}, 2, "", "caractère");
+    row("pattern of two characters", {"pattern", "ab"}, 2, "", "un seul caractère");
+    row("unreadable file", {"render", "--file", "/nonexistent/x.txt"}, 2, "", "Impossible de lire");
+    row("calculation error", {"--cm", "-100", "timing"}, 2, "", "positif");
+    row("speed too high for a dot", {"--wpm", "1e9", "render", "--text", "E"}, 2, "", "point de 0 ms");
+    row("speed beyond any number", {"--wpm", "9999999999999999999999", "render", "--text", "E"}, 2, "", "point de 0 ms");
+    row("empty user", {"--user", "", "timing"}, 2, "", "vide");
+    row("tables", {"words", "tables"}, 0, "mot\nvide\n");
+    row("count with a condition", {"words", "count", "--where", "mot like '*e*'"}, 0, "6\n");
+    row("list in order", {"words", "list", "--where", "len(mot) <= 3"}, 0, "âge\nété\nmer\n");
+    row("second statement", {"words", "count", "--where", "1=1; drop table ref"}, 2, "", "Une seule instruction");
+    row("union reading ref", {"words", "list", "--where", "mot like '*' union select car from ref"}, 2, "", "ne peut que lire la table « mot »");
+    row("unclosed quote", {"words", "count", "--where", "mot like 'a"}, 2, "", "a échoué");
+    row("table ref", {"words", "count", "--table", "ref"}, 2, "", "n'existe pas");
+    row("bad create", {"words", "create", "a b"}, 2, "", "erreur de creation de table");
+    row("delete mot", {"words", "delete"}, 2, "", "ne peut pas être supprimée");
+    row("export", {"words", "export", "--table", "vide"}, 0, ".*/import/vide\\d\\d-\\d\\d_\\d{6}\\.txt\n");
+    row("clean", {"words", "clean", "--table", "vide", "--duplicates"}, 0, "Doublons retirés : 0\n");
+    row("unknown action", {"words", "sort"}, 2, "", "Action inconnue");
+    row("groups from standard input", {"transform", "groups"}, 0, "ABCDE FGHIJ ", {}, "ABCDEFGHIJKL\n");
+    row("accents", {"transform", "accents", "--text", "Noël-Ü"}, 0, "Noel/Ü");
+    row("no tool", {"transform"}, 2, "", "attend un outil");
+    row("unknown tool", {"transform", "upper"}, 2, "", "Outil inconnu");
+    row("text file", {"textfile", "qso.txt"}, 0, "CQ DE F4KVXNoël");
+    row("text file appended", {"textfile", "qso.txt", "--append", "VVV"}, 0, "VVV CQ DE F4KVXNoël");
+    row("text file missing", {"textfile", "absent.txt"}, 2, "", "absent.txt");
 }
 
-void CliTest::timingOptions_data()
+void CliTest::commands()
 {
-    QTest::addColumn<QStringList>("options");
-    QTest::addColumn<QStringList>("lines"); // lines that must appear
-    QTest::addRow("word gap of 7") << QStringList{"--cm", "7"} << QStringList{"TT=593", "dot=101", "wordGap=707"};
-    QTest::addRow("speed clamped to 3") << QStringList{"--wpm", "2"} << QStringList{"EM=2", "NP=30"};
-    QTest::addRow("fractional dash") << QStringList{"--ct", "3.5"} << QStringList{"VT=168", "dot=93", "dash=325.5"};
-    QTest::addRow("reference word trimmed") << QStringList{"--wpm", "10", "--word", " CODEX "} << QStringList{"TT=611"};
-    QTest::addRow("option with =") << QStringList{"--wpm=20"} << QStringList{"EM=19"};
-}
-
-void CliTest::timingOptions()
-{
-    QFETCH(QStringList, options);
-    QFETCH(QStringList, lines);
-    const Run r = run(options + QStringList{"timing"});
-    QCOMPARE(r.status, 0);
-    const QStringList got = r.out.split('\n');
-    for (const QString &line : lines)
-        QVERIFY2(got.contains(line), qPrintable(line + " not in\n" + r.out));
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, input);
+    QFETCH(int, status);
+    QFETCH(QString, out);
+    QFETCH(QString, err);
+    QVERIFY(QDir().mkpath(m_root + "/import"));
+    const Run r = run(arguments, input);
+    QCOMPARE(r.status, status);
+    const QRegularExpression whole(QRegularExpression::anchoredPattern(out), QRegularExpression::DotMatchesEverythingOption);
+    QVERIFY2(whole.match(r.out).hasMatch(), qPrintable(r.out));
+    QVERIFY2(err.isEmpty() ? r.err.isEmpty() : r.err.contains(err), qPrintable(r.err));
+    QVERIFY(status == 0 || !QFile::exists(m_root + "/tmp/test.wav"));
+    QVERIFY(!QFile::exists(m_root + "/textes/absent.txt"));
 }
 
 void CliTest::profileValuesAreUsed()
@@ -140,28 +183,6 @@ void CliTest::profileValuesAreUsed()
     QVERIFY(run({"--wpm", "30", "timing"}).out.contains("EM=29\n"));
     // The stored volume 500 passes the panel's clamp, so rendering works.
     QCOMPARE(run({"render", "--text", "E"}).status, 0);
-}
-
-void CliTest::pattern_data()
-{
-    QTest::addColumn<QString>("character");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("out");
-    QTest::addRow("letter") << "A" << 0 << ".-\ta.wav\n";
-    QTest::addRow("double quote") << "\"" << 0 << ".-..-.\tguillemet.wav\n";
-    QTest::addRow("accented capital") << "È" << 0 << ".-..-\te_grave.wav\n";
-    QTest::addRow("no row in a fresh process") << "~" << 2 << "";
-}
-
-void CliTest::pattern()
-{
-    QFETCH(QString, character);
-    QFETCH(int, status);
-    QFETCH(QString, out);
-    const Run r = run({"pattern", character});
-    QCOMPARE(r.status, status);
-    QCOMPARE(r.out, out);
-    QCOMPARE(r.err.isEmpty(), status == 0);
 }
 
 void CliTest::render_data()
@@ -187,6 +208,8 @@ void CliTest::render_data()
         << "TE ET" << "ET";
     QTest::addRow("signs asked for") << QStringList{"--debfin", "1", "--text", "A"} << QByteArray()
                                      << "A" << "VVV A +";
+    QTest::addRow("Windows-1252 file") << QStringList{"--debfin", "0", "--file", m_root + "/texte.txt"} << QByteArray()
+                                       << QString::fromLatin1("\xe9t\xe9\r\n") << "été\r\n";
     QTest::addRow("own signs") << QStringList{"--deb", "CQ", "--fin", "K", "--text", "E"}
                                << QByteArray() << "E" << "CQ E K";
 }
@@ -209,18 +232,6 @@ void CliTest::render()
                                "--txt", m_fixture.path("other.txt")});
     QCOMPARE(reference.status, 0);
     QVERIFY(testsupport::readFile(other) == sound);
-}
-
-void CliTest::renderFromWindows1252File()
-{
-    const QString path = m_fixture.path("texte.txt");
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write("\xe9t\xe9\r\n"); // bytes are taken as they are: the CR LF stays
-    f.close();
-    const Run r = run({"render", "--file", path, "--debfin", "0"});
-    QCOMPARE(r.status, 0);
-    QCOMPARE(testsupport::readFile(m_root + "/tmp/test.txt"), QByteArray("\xe9t\xe9\r\n"));
 }
 
 void CliTest::exercisePinned_data()
@@ -256,87 +267,6 @@ void CliTest::exercisePinned()
     QCOMPARE(r.status, 0);
     QCOMPARE(r.err, QString());
     QCOMPARE(r.out, text);
-}
-
-void CliTest::exerciseOptions_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("outPattern");
-    QTest::addColumn<QString>("err");
-
-    QTest::newRow("profile's values: 36 groups of 5 of the whole set")
-        << QStringList{"exercise", "letters"} << 0 << "([A-Z]{5} ){36}" << "";
-    QTest::newRow("count 0 is 1") << QStringList{"exercise", "callsigns", "--count", "0"} << 0 << "\\S+ " << "";
-    QTest::newRow("count 150 is 102") << QStringList{"exercise", "digits", "--count", "150", "--progress", "7"}
-                                      << 0 << "(7{5} ){102}" << "";
-    QTest::newRow("count not a number is 1") << QStringList{"exercise", "digits", "--count", "abc", "--progress", "7"}
-                                             << 0 << "7{5} " << "";
-    QTest::newRow("append") << QStringList{"exercise", "digits", "--count", "1", "--progress", "7", "--append", "AB"}
-                            << 0 << "AB 7{5} " << "";
-    QTest::newRow("table and condition") << QStringList{"exercise", "words", "--count", "2", "--where", "len(mot) = 3"}
-                                         << 0 << "((été|mer|âge) ){2}" << "";
-    QTest::newRow("empty table: said, not an error") << QStringList{"exercise", "words", "--table", "vide"}
-                                                     << 0 << "" << "ne contient aucun mot";
-    QTest::newRow("missing table") << QStringList{"exercise", "words", "--table", "absente"} << 2 << ""
-                                   << "absente";
-    QTest::newRow("condition refused") << QStringList{"exercise", "words-plain", "--where", "mot like"} << 2 << ""
-                                       << "a échoué";
-    QTest::newRow("progression without words") << QStringList{"exercise", "progression-words", "--progress", "xyz"}
-                                               << 0 << "" << "Pas assez de lettes";
-    QTest::newRow("mock exam reads mot whatever the table")
-        << QStringList{"exercise", "mock-exam", "--table", "vide", "--progress", "a1"}
-        << 0 << "(a{5} ){30}(1{5} ){6}\r\n\r\n( \\S+){5}  [0-9]{4}.*\\." << "";
-    QTest::newRow("seed not a number") << QStringList{"--seed", "sept", "exercise", "letters"} << 2 << ""
-                                       << "--seed attend un nombre entier";
-    QTest::newRow("unknown kind") << QStringList{"exercise", "lettres"} << 2 << "" << "Genre d'exercice inconnu";
-    QTest::newRow("no kind") << QStringList{"exercise"} << 2 << "" << "un seul genre";
-}
-
-void CliTest::exerciseOptions()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(int, status);
-    QFETCH(QString, outPattern);
-    QFETCH(QString, err);
-    const Run r = run(arguments);
-    QCOMPARE(r.status, status);
-    QVERIFY2(QRegularExpression(QRegularExpression::anchoredPattern(outPattern),
-                                QRegularExpression::DotMatchesEverythingOption)
-                 .match(r.out)
-                 .hasMatch(),
-             qPrintable(r.out));
-    QVERIFY2(err.isEmpty() ? r.err.isEmpty() : r.err.contains(err), qPrintable(r.err));
-}
-
-void CliTest::badUsage_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("message");
-    QTest::addRow("no command") << QStringList{} << "Il manque la commande";
-    QTest::addRow("unknown command") << QStringList{"joue"} << "Commande inconnue";
-    QTest::addRow("unknown option") << QStringList{"--vitesse", "12", "timing"} << "Option inconnue";
-    QTest::addRow("missing value") << QStringList{"timing", "--wpm"} << "Il manque la valeur";
-    QTest::addRow("debfin not 0 or 1") << QStringList{"--debfin", "oui", "timing"} << "--debfin";
-    QTest::addRow("selection not numbers") << QStringList{"render", "--text", "E", "--selection", "a"} << "--selection";
-    QTest::addRow("negative selection") << QStringList{"render", "--text", "E", "--selection", "-1,2"} << "--selection";
-    QTest::addRow("pattern without character") << QStringList{"pattern"} << "caractère";
-    QTest::addRow("pattern of two characters") << QStringList{"pattern", "ab"} << "un seul caractère";
-    QTest::addRow("unreadable file") << QStringList{"render", "--file", "/nonexistent/x.txt"} << "Impossible de lire";
-    QTest::addRow("calculation error") << QStringList{"--cm", "-100", "timing"} << "positif";
-    QTest::addRow("speed too high for a dot") << QStringList{"--wpm", "1e9", "render", "--text", "E"} << "point de 0 ms";
-    QTest::addRow("speed beyond any number") << QStringList{"--wpm", "9999999999999999999999", "render", "--text", "E"} << "point de 0 ms";
-    QTest::addRow("empty user") << QStringList{"--user", "", "timing"} << "vide";
-}
-
-void CliTest::badUsage()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, message);
-    const Run r = run(arguments);
-    QCOMPARE(r.status, 2);
-    QVERIFY2(r.err.contains(message), qPrintable(r.err));
-    QVERIFY(!QFile::exists(m_root + "/tmp/test.wav"));
 }
 
 void CliTest::realProcessExitStatus_data()
@@ -403,39 +333,6 @@ void CliTest::writeFailure()
     QVERIFY(!QFileInfo("/dev/full").isFile());
 }
 
-void CliTest::words_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("out"); // a regular expression the output must match
-    QTest::addColumn<QString>("err");
-    QTest::addRow("tables") << QStringList{"words", "tables"} << 0 << "^mot\nvide\n$" << "";
-    QTest::addRow("count with a condition") << QStringList{"words", "count", "--where", "mot like '*e*'"} << 0 << "^6\n$" << "";
-    QTest::addRow("list in order") << QStringList{"words", "list", "--where", "len(mot) <= 3"} << 0 << "^âge\nété\nmer\n$" << "";
-    QTest::addRow("second statement") << QStringList{"words", "count", "--where", "1=1; drop table ref"} << 2 << "^$" << "Une seule instruction";
-    QTest::addRow("union reading ref") << QStringList{"words", "list", "--where", "mot like '*' union select car from ref"} << 2 << "^$" << "ne peut que lire la table « mot »";
-    QTest::addRow("unclosed quote") << QStringList{"words", "count", "--where", "mot like 'a"} << 2 << "^$" << "a échoué";
-    QTest::addRow("table ref") << QStringList{"words", "count", "--table", "ref"} << 2 << "^$" << "n'existe pas";
-    QTest::addRow("bad create") << QStringList{"words", "create", "a b"} << 2 << "^$" << "erreur de creation de table";
-    QTest::addRow("delete mot") << QStringList{"words", "delete"} << 2 << "^$" << "ne peut pas être supprimée";
-    QTest::addRow("export") << QStringList{"words", "export", "--table", "vide"} << 0 << "/import/vide\\d\\d-\\d\\d_\\d{6}\\.txt\\n$" << "";
-    QTest::addRow("clean") << QStringList{"words", "clean", "--table", "vide", "--duplicates"} << 0 << "^Doublons retirés : 0\n$" << "";
-    QTest::addRow("unknown action") << QStringList{"words", "sort"} << 2 << "^$" << "Action inconnue";
-}
-
-void CliTest::words()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(int, status);
-    QFETCH(QString, out);
-    QFETCH(QString, err);
-    QVERIFY(QDir().mkpath(m_root + "/import"));
-    const Run r = run(arguments);
-    QCOMPARE(r.status, status);
-    QVERIFY2(QRegularExpression(out).match(r.out).hasMatch(), qPrintable(r.out));
-    QVERIFY2(r.err.contains(err), qPrintable(r.err));
-}
-
 // The program killed in the middle of a large import: the table is as it was and the
 // backup written before it is whole.
 void CliTest::killedImportLeavesTheTableWhole()
@@ -474,39 +371,6 @@ void CliTest::killedImportLeavesTheTableWhole()
     QCOMPARE(saved.count("\r\n"), 500);
     QVERIFY(saved.startsWith("ancien0\r\nancien1\r\nancien10\r\n"));
     QVERIFY(db.exec("drop table gros"));
-}
-
-void CliTest::text_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QByteArray>("input");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("out"); // exactly; for an error, part of the message
-    QTest::addRow("groups from standard input") << QStringList{"transform", "groups"} << QByteArray("ABCDEFGHIJKL\n") << 0 << "ABCDE FGHIJ ";
-    QTest::addRow("accents") << QStringList{"transform", "accents", "--text", "Noël-Ü"} << QByteArray() << 0 << "Noel/Ü";
-    QTest::addRow("reverse") << QStringList{"transform", "reverse", "--text", "  abc  "} << QByteArray() << 0 << "cba";
-    QTest::addRow("spaces") << QStringList{"transform", "spaces", "--text", "a b"} << QByteArray() << 0 << "a   b ";
-    QTest::addRow("empty text") << QStringList{"transform", "groups", "--text", ""} << QByteArray() << 0 << "";
-    QTest::addRow("no tool") << QStringList{"transform"} << QByteArray() << 2 << "attend un outil";
-    QTest::addRow("unknown tool") << QStringList{"transform", "upper"} << QByteArray() << 2 << "Outil inconnu";
-    QTest::addRow("text file") << QStringList{"textfile", "qso.txt"} << QByteArray() << 0 << "CQ DE F4KVXNoël";
-    QTest::addRow("text file appended") << QStringList{"textfile", "qso.txt", "--append", "VVV"} << QByteArray() << 0 << "VVV CQ DE F4KVXNoël";
-    QTest::addRow("text file missing") << QStringList{"textfile", "absent.txt"} << QByteArray() << 2 << "absent.txt";
-}
-
-void CliTest::text()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(QByteArray, input);
-    QFETCH(int, status);
-    QFETCH(QString, out);
-    const Run r = run(arguments, input);
-    QCOMPARE(r.status, status);
-    if (status == 0)
-        QVERIFY(r.out == out && r.err.isEmpty());
-    else
-        QVERIFY2(r.err.contains(out), qPrintable(r.err));
-    QVERIFY(!QFile::exists(m_root + "/textes/absent.txt"));
 }
 
 QTEST_GUILESS_MAIN(CliTest)

@@ -1,5 +1,6 @@
 #include "FileSizeLimit.h"
 #include "RefFixture.h"
+#include "settings/AppPaths.h"
 #include "settings/SettingsStore.h"
 #include "morse/SoundSettings.h"
 
@@ -11,17 +12,19 @@ class SettingsStoreTest : public QObject {
     Q_OBJECT
 private slots:
     void init();
-    void freshStoreGivesDefaults();
     void valuesRoundTrip_data();
     void valuesRoundTrip();
     void emptySectionIsRefused();
-    void removeAllForgetsEveryProfile();
     void failedWriteIsTold_data();
     void failedWriteIsTold();
     void profileGoesThroughPanelClamps_data();
     void profileGoesThroughPanelClamps();
     void clampsKeepTextInsideBounds_data();
     void clampsKeepTextInsideBounds();
+    void paths_data();
+    void paths();
+    void programDir_data();
+    void programDir();
 
 private:
     QTemporaryDir m_dir;
@@ -32,14 +35,6 @@ void SettingsStoreTest::init()
 {
     m_ini = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()) + ".ini");
     QFile::remove(m_ini);
-}
-
-void SettingsStoreTest::freshStoreGivesDefaults()
-{
-    SettingsStore store(m_ini);
-    QCOMPARE(store.lastUser(), QStringLiteral("défaut"));
-    for (const SettingKey &key : userKeys::all)
-        QCOMPARE(store.value("défaut", key), key.defaultText());
 }
 
 void SettingsStoreTest::valuesRoundTrip_data()
@@ -84,20 +79,6 @@ void SettingsStoreTest::emptySectionIsRefused()
     QVERIFY(!QString::fromUtf8(testsupport::readFile(m_ini)).contains("99"));
 }
 
-void SettingsStoreTest::removeAllForgetsEveryProfile()
-{
-    SettingsStore store(m_ini);
-    store.setValue("Marc", "vitesse", "20");
-    store.setValue("Anne", "mot", "CODEX");
-    store.setLastUser("Anne");
-    store.removeAll();
-    SettingsStore reopened(m_ini);
-    QCOMPARE(reopened.lastUser(), QStringLiteral("défaut"));
-    QCOMPARE(reopened.value("Marc", userKeys::vitesse), QStringLiteral("12"));
-    QCOMPARE(reopened.value("Anne", userKeys::mot), QStringLiteral("PARIS"));
-}
-
-// Each clamp once: their bounds are the table below.
 void SettingsStoreTest::profileGoesThroughPanelClamps_data()
 {
     QTest::addColumn<QString>("key");
@@ -174,6 +155,47 @@ void SettingsStoreTest::failedWriteIsTold()
         QCOMPARE(testsupport::readFile(m_dir.filePath("full.ini")), QByteArray("[lastuser]\nuser=Ann\n"));
     } // the store tries again at its end, the same way
     QVERIFY(!QFileInfo("/dev/full").isFile());
+}
+
+void SettingsStoreTest::paths_data()
+{
+    QTest::addColumn<QString>("dir");
+    QTest::addColumn<QString>("prefix"); // what every member starts with
+    QTest::addRow("spaces and accents kept") << "/home/élise/Mes programmes/kv" << "/home/élise/Mes programmes/kv/";
+    QTest::addRow("root keeps its separator: doubled, not normalised") << "/" << "//";
+}
+
+void SettingsStoreTest::paths()
+{
+    QFETCH(QString, dir);
+    QFETCH(QString, prefix);
+    const AppPaths p = AppPaths::fromProgramDir(dir);
+    QCOMPARE(p.programDir, dir);
+    QCOMPARE(QStringList({p.testWavPath, p.noiseWavPath3, p.wordDatabasePath, p.charWavDir, p.textFolder()}),
+             QStringList({prefix + "tmp/test.wav", prefix + "qrm/qrm3.wav", prefix + "db/kvmot.sqlite", prefix + "wav/", prefix + "textes"}));
+}
+
+void SettingsStoreTest::programDir_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("environment");
+    QTest::addColumn<QString>("expected");
+    QTest::addRow("the executable's directory") << QStringList{"kelvora"} << "" << "/usr/lib/kelvora";
+    QTest::addRow("environment") << QStringList{"kelvora"} << "/srv/kv" << "/srv/kv";
+    QTest::addRow("--root wins over the environment") << QStringList{"kelvora", "--root", "/data/kv"} << "/srv/kv" << "/data/kv";
+    QTest::addRow("--root=DIR, trailing separator dropped") << QStringList{"kelvora", "--root=/data/kv/"} << "" << "/data/kv";
+    QTest::addRow("file system root kept") << QStringList{"kelvora", "--root", "/"} << "" << "/";
+    QTest::addRow("relative root made absolute") << QStringList{"kelvora", "--root", "arbre"} << "" << QDir::currentPath() + "/arbre";
+}
+
+void SettingsStoreTest::programDir()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, environment);
+    QFETCH(QString, expected);
+    QCOMPARE(resolveProgramDir(arguments, environment, "/usr/lib/kelvora"), expected);
+    QCOMPARE(resolveSettingsPath({"x", "--settings", "/tmp/a.ini"}, "/tmp/b.ini"), QStringLiteral("/tmp/a.ini"));
+    QCOMPARE(resolveSettingsPath({"x"}, "/tmp/b.ini"), QStringLiteral("/tmp/b.ini"));
 }
 
 QTEST_GUILESS_MAIN(SettingsStoreTest)

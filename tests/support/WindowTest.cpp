@@ -6,6 +6,9 @@
 #include <QComboBox>
 #include <QGuiApplication>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QStatusBar>
 #include <QTest>
 
 namespace kelvora::testsupport {
@@ -64,6 +67,33 @@ void WindowTest::choose(const QString &list, int index) const
         QTest::keyClick(box, Qt::Key_Down);
     while (box->currentIndex() > index)
         QTest::keyClick(box, Qt::Key_Up);
+}
+
+QStringList WindowTest::items(const QString &list) const
+{
+    QStringList entries;
+    if (auto *box = win->findChild<QComboBox *>(list))
+        for (int i = 0; i < box->count(); ++i)
+            entries << box->itemText(i);
+    else
+        for (auto *view = w<QListWidget>(list); entries.size() < view->count();)
+            entries << view->item(int(entries.size()))->text();
+    return entries;
+}
+
+QString WindowTest::exerciseText() const
+{
+    return w<QPlainTextEdit>("EXO")->toPlainText();
+}
+
+QString WindowTest::statusText() const
+{
+    return win->statusBar()->currentMessage();
+}
+
+QString WindowTest::banner(const QString &table, int count)
+{
+    return QStringLiteral("Kelvora Version 3.2.5, Table : %1 (%2),   Utilisateur=défaut").arg(table).arg(count);
 }
 
 } // namespace kelvora::testsupport

@@ -37,6 +37,11 @@ protected:
     void paste(const QString &control, const QString &text) const;
     // Picks an entry of a list with the arrow keys.
     void choose(const QString &list, int index) const;
+    // The entries of a list or of a list box, in order.
+    QStringList items(const QString &list) const;
+    QString exerciseText() const;
+    QString statusText() const;
+    static QString banner(const QString &table, int count);
 
 protected slots: // found by name before and after each test function
     void init();
