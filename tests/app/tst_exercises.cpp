@@ -24,20 +24,11 @@ using namespace kelvora;
 
 class ExercisesTest : public testsupport::WindowTest {
     Q_OBJECT
-    QString text() const { return w<QPlainTextEdit>("EXO")->toPlainText(); }
     bool prepared() const { return w("PLAYER")->isVisible() && !w("Command1")->isVisible(); }
     void openWith(const QList<std::pair<QString, QString>> &values)
     {
         fx->useSteppedClock();
         open(values);
-    }
-    QStringList listed() const
-    {
-        QStringList words;
-        auto *list = w<QListWidget>("List1");
-        for (int i = 0; i < list->count(); ++i)
-            words << list->item(i)->text();
-        return words;
     }
     static bool matches(const QString &pattern, const QString &text)
     {
@@ -76,8 +67,8 @@ private slots:
         QVERIFY(w<QAction>(action)->isEnabled());
         trigger(action);
         // Preparing the sound trims the text in the box.
-        const QString shown = ready ? text() + u' ' : text();
-        QVERIFY2(matches(pattern, shown), qPrintable(text()));
+        const QString shown = ready ? exerciseText() + u' ' : exerciseText();
+        QVERIFY2(matches(pattern, shown), qPrintable(exerciseText()));
         QCOMPARE(prepared(), ready);
         QCOMPARE(fx->prompts.messages, QStringList());
     }
@@ -140,9 +131,9 @@ private slots:
         trigger("ajout");
         QVERIFY(w<QAction>("ajout")->isChecked());
         trigger("G36lettres");
-        QCOMPARE(text(), QString("abc  eeeee "));
+        QCOMPARE(exerciseText(), QString("abc  eeeee "));
         trigger("cls");
-        QCOMPARE(text(), QString());
+        QCOMPARE(exerciseText(), QString());
     }
 
     void mockExamRestoresItsOptions()
@@ -152,8 +143,8 @@ private slots:
         trigger("EXAMENCOMPLET");
         // The box keeps a line break as one "\n".
         QVERIFY2(matches("([egmz]{5} ){30}(0{5} ){6}\n\n( \\S+){5}  [0-9]{4}( .*){6} ,( .*){6} \\?( .*){6} \\.",
-                         text()),
-                 qPrintable(text()));
+                         exerciseText()),
+                 qPrintable(exerciseText()));
         QCOMPARE(valueOf("nbgroup"), QString("20"));
         QCOMPARE(fx->stored("défaut", "nbgroup"), QString("20"));
         QVERIFY(!w<QAction>("ajout")->isChecked());
@@ -167,7 +158,7 @@ private slots:
         openWith({{"progress", "xyz"}, {"nbgroup", "3"}});
         trigger("motprogression");
         QCOMPARE(fx->prompts.messages, QStringList{QString::fromUtf8(exercises::abandonMessage)});
-        QCOMPARE(text(), QString());
+        QCOMPARE(exerciseText(), QString());
         QVERIFY(prepared());
     }
 
@@ -177,24 +168,24 @@ private slots:
         trigger("motclavier");
         const QString first = w<QLabel>("Text14")->text();
         QVERIFY(fx->words("mot").contains(first));
-        QCOMPARE(listed(), QStringList{first});
-        QCOMPARE(text(), first);
+        QCOMPARE(items("List1"), QStringList{first});
+        QCOMPARE(exerciseText(), first);
         QVERIFY(w("List1")->isVisible());
         QCOMPARE(valueOf("Fcorrection") + valueOf("debfin"), QString("00"));
 
         auto *typing = w<QLineEdit>("Text17");
         click("Data1dernier"); // the word shown moves on; the one awaited does not
         QTest::keyClicks(typing, first.toUpper()); // another case is another word
-        QCOMPARE(listed().size(), 1);
+        QCOMPARE(items("List1").size(), 1);
         typing->clear();
         QTest::keyClicks(typing, first.chopped(1)); // not yet whole
-        QCOMPARE(listed().size(), 1);
+        QCOMPARE(items("List1").size(), 1);
         QTest::keyClicks(typing, first.right(1));
-        QCOMPARE(listed().size(), 2);
+        QCOMPARE(items("List1").size(), 2);
         QCOMPARE(typing->text(), QString());
         click("Data1premier");
         click("Command12"); // skips the word, the box being empty
-        QCOMPARE(listed().size(), 3);
+        QCOMPARE(items("List1").size(), 3);
         QCOMPARE(typing->text(), QString());
     }
 
@@ -205,16 +196,16 @@ private slots:
         trigger("motenboucle");
         // "Cache" ticked: the words are heard, not seen.
         QVERIFY(w("Web")->isVisible() && !w("Text14")->isVisible() && !w("EXO")->isVisible());
-        QVERIFY(fx->runUntil([&] { return listed().size() == 5; }));
+        QVERIFY(fx->runUntil([&] { return items("List1").size() == 5; }));
         trigger("motenboucle");
         QVERIFY(w("List1")->isVisible());
         QVERIFY(fx->runUntil([&] { return fx->session.playerFree; }));
-        QCOMPARE(listed().size(), 5);
-        const QStringList sent = listed();
+        QCOMPARE(items("List1").size(), 5);
+        const QStringList sent = items("List1");
         for (const QString &word : sent)
             QVERIFY(fx->words("mot").contains(word));
         trigger("cjouer");
-        QCOMPARE(text().remove('\r'), sent.join('\n') + '\n');
+        QCOMPARE(exerciseText().remove('\r'), sent.join('\n') + '\n');
     }
 
     void wordLoopOnAnEmptyTableStops()
@@ -224,8 +215,8 @@ private slots:
         openWith({{"lasttable", "vide"}});
         trigger("motenboucle");
         QVERIFY(fx->runUntil([&] { return !w<QAction>("motenboucle")->isChecked(); }));
-        QCOMPARE(win->statusBar()->currentMessage(), QString("La table « vide » ne contient aucun mot."));
-        QVERIFY(listed().isEmpty());
+        QCOMPARE(statusText(), QString("La table « vide » ne contient aucun mot."));
+        QVERIFY(items("List1").isEmpty());
     }
 
     void keyboardQueuesTheKeysOfOneSound()
@@ -248,13 +239,13 @@ private slots:
         QVERIFY(n);
 
         QTest::keyClicks(keyboard, "e"); // the player is free: at once, without signs
-        QCOMPARE(text(), QString("e"));
+        QCOMPARE(exerciseText(), QString("e"));
         QCOMPARE(valueOf("debfin"), QString("0"));
         QVERIFY(!fx->session.playerFree);
         QTest::keyClicks(keyboard, "ta"); // during the sound: they wait
         testsupport::press(n);
-        QCOMPARE(text(), QString("e"));
-        QVERIFY(fx->runUntil([&] { return text() == "tan"; })); // one text, in order
+        QCOMPARE(exerciseText(), QString("e"));
+        QVERIFY(fx->runUntil([&] { return exerciseText() == "tan"; })); // one text, in order
         QCOMPARE(keyboard->findChild<QLabel *>("Label2")->text(), QString("tan"));
         QVERIFY(fx->session.keyboardQueue.isEmpty());
         // A key is no exercise: its end starts no correction.
@@ -277,7 +268,7 @@ private slots:
         win->generator()->timer3()->setInterval(0);
         trigger("motprogression");
         QCOMPARE(fx->prompts.messages, QStringList{QString::fromUtf8(exercises::abandonMessage)});
-        QCOMPARE(text(), QString());
+        QCOMPARE(exerciseText(), QString());
         QVERIFY(!win->generator()->timer3()->isActive());
     }
 };

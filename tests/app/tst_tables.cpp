@@ -19,7 +19,7 @@ class TablesTest : public testsupport::WindowTest {
     {
         const QStringList words = fx->words(table);
         QCOMPARE(valueOf("TABLES"), table);
-        QCOMPARE(win->windowTitle(), QStringLiteral("Kelvora Version 3.2.5, Table : %1 (%2),   Utilisateur=défaut").arg(table).arg(words.size()));
+        QCOMPARE(win->windowTitle(), banner(table, words.size()));
         QCOMPARE(caption(), QString::number(words.size()));
         QCOMPARE(word(), words.front());
         QCOMPARE(w<QLabel>("Label31")->text(), "Requête sur les mots de la Table " + table);
@@ -95,7 +95,7 @@ private slots:
     {
         open({{"lasttable", "disparue"}});
         QCOMPARE(valueOf("TABLES"), QString());
-        QCOMPARE(win->windowTitle(), QStringLiteral("Kelvora Version 3.2.5, Table : disparue (0),   Utilisateur=défaut"));
+        QCOMPARE(win->windowTitle(), banner("disparue", 0));
         QTest::mouseClick(w("Data1suivant"), Qt::LeftButton);
         QVERIFY(caption() == "0" && word().isEmpty());
         // Nothing repairs the setting until another table is chosen.
@@ -156,7 +156,7 @@ private slots:
         QVERIFY2(took.elapsed() < 10000, "the condition was not stopped");
         QCOMPARE(caption(), QStringLiteral("2"));
         QCOMPARE(word(), QStringLiteral("avion"));
-        QVERIFY2(win->statusBar()->currentMessage().startsWith("Requête arrêtée au bout de 2 s"), qPrintable(win->statusBar()->currentMessage()));
+        QVERIFY2(statusText().startsWith("Requête arrêtée au bout de 2 s"), qPrintable(statusText()));
         QVERIFY(fx->prompts.messages.isEmpty());
         click("Data1suivant"); // the set still moves
         QCOMPARE(word(), QStringLiteral("Bateau"));

@@ -8,15 +8,6 @@ using namespace kelvora::wavbuilder;
 
 Q_DECLARE_METATYPE(kelvora::PcmFormat)
 
-class PcmConverterTest : public QObject {
-    Q_OBJECT
-private slots:
-    void convert_data();
-    void convert();
-    void resampleKeepsDurationAndPitch_data();
-    void resampleKeepsDurationAndPitch();
-};
-
 namespace {
 
 QByteArray s16(std::initializer_list<int> values)
@@ -50,63 +41,67 @@ double pitch(const QByteArray &pcm, int rate)
 
 } // namespace
 
-void PcmConverterTest::convert_data()
-{
-    QTest::addColumn<PcmFormat>("from");
-    QTest::addColumn<PcmFormat>("to");
-    QTest::addColumn<QByteArray>("in");
-    QTest::addColumn<QByteArray>("out");
+class PcmConverterTest : public QObject {
+    Q_OBJECT
+private slots:
+    void convert_data()
+    {
+        QTest::addColumn<PcmFormat>("from");
+        QTest::addColumn<PcmFormat>("to");
+        QTest::addColumn<QByteArray>("in");
+        QTest::addColumn<QByteArray>("out");
 
-    const PcmFormat u8m{8000, 1, PcmSample::UInt8};
-    const PcmFormat s16m{8000, 1, PcmSample::Int16};
-    const PcmFormat s16s{8000, 2, PcmSample::Int16};
-    QTest::addRow("same format untouched") << u8m << u8m << u8({1, 128, 255}) << u8({1, 128, 255});
-    QTest::addRow("8-bit unsigned to 16-bit signed")
-        << u8m << s16m << u8({128, 0, 255, 192}) << s16({0, -32768, 32512, 16384});
-    QTest::addRow("16-bit signed to 8-bit unsigned")
-        << s16m << u8m << s16({0, -32768, 32767, 16384}) << u8({128, 0, 255, 192});
-    QTest::addRow("mono to stereo copies") << u8m << s16s << u8({128, 192}) << s16({0, 0, 16384, 16384});
-    QTest::addRow("stereo to mono averages") << s16s << s16m << s16({1000, 3000, -200, 200})
-                                             << s16({2000, 0});
-    QTest::addRow("doubling the rate interpolates")
-        << s16m << PcmFormat{16000, 1, PcmSample::Int16} << s16({0, 1000, 2000})
-        << s16({0, 500, 1000, 1500, 2000, 2000});
-    QTest::addRow("halving the rate keeps every other frame")
-        << s16m << PcmFormat{4000, 1, PcmSample::Int16} << s16({0, 1, 2, 3, 4, 5}) << s16({0, 2, 4});
-    QTest::addRow("empty stays empty") << u8m << s16s << QByteArray() << QByteArray();
-}
+        const PcmFormat u8m{8000, 1, PcmSample::UInt8};
+        const PcmFormat s16m{8000, 1, PcmSample::Int16};
+        const PcmFormat s16s{8000, 2, PcmSample::Int16};
+        QTest::addRow("same format untouched") << u8m << u8m << u8({1, 128, 255}) << u8({1, 128, 255});
+        QTest::addRow("8-bit unsigned to 16-bit signed")
+            << u8m << s16m << u8({128, 0, 255, 192}) << s16({0, -32768, 32512, 16384});
+        QTest::addRow("16-bit signed to 8-bit unsigned")
+            << s16m << u8m << s16({0, -32768, 32767, 16384}) << u8({128, 0, 255, 192});
+        QTest::addRow("mono to stereo copies") << u8m << s16s << u8({128, 192}) << s16({0, 0, 16384, 16384});
+        QTest::addRow("stereo to mono averages") << s16s << s16m << s16({1000, 3000, -200, 200})
+                                                 << s16({2000, 0});
+        QTest::addRow("doubling the rate interpolates")
+            << s16m << PcmFormat{16000, 1, PcmSample::Int16} << s16({0, 1000, 2000})
+            << s16({0, 500, 1000, 1500, 2000, 2000});
+        QTest::addRow("halving the rate keeps every other frame")
+            << s16m << PcmFormat{4000, 1, PcmSample::Int16} << s16({0, 1, 2, 3, 4, 5}) << s16({0, 2, 4});
+        QTest::addRow("empty stays empty") << u8m << s16s << QByteArray() << QByteArray();
+    }
 
-void PcmConverterTest::convert()
-{
-    QFETCH(PcmFormat, from);
-    QFETCH(PcmFormat, to);
-    QFETCH(QByteArray, in);
-    QFETCH(QByteArray, out);
-    const QByteArray got = PcmConverter::convert(in, from, to);
-    QCOMPARE(got.toHex(' '), out.toHex(' '));
-}
+    void convert()
+    {
+        QFETCH(PcmFormat, from);
+        QFETCH(PcmFormat, to);
+        QFETCH(QByteArray, in);
+        QFETCH(QByteArray, out);
+        const QByteArray got = PcmConverter::convert(in, from, to);
+        QCOMPARE(got.toHex(' '), out.toHex(' '));
+    }
 
-void PcmConverterTest::resampleKeepsDurationAndPitch_data()
-{
-    QTest::addColumn<int>("toRate");
-    QTest::addRow("8000 to 44100") << 44100;
-    QTest::addRow("8000 to 48000") << 48000;
-    QTest::addRow("8000 to 11025") << 11025;
-}
+    void resampleKeepsDurationAndPitch_data()
+    {
+        QTest::addColumn<int>("toRate");
+        QTest::addRow("8000 to 44100") << 44100;
+        QTest::addRow("8000 to 48000") << 48000;
+        QTest::addRow("8000 to 11025") << 11025;
+    }
 
-void PcmConverterTest::resampleKeepsDurationAndPitch()
-{
-    QFETCH(int, toRate);
-    const PcmFormat from{8000, 1, PcmSample::UInt8};
-    const PcmFormat to{toRate, 1, PcmSample::Int16};
-    const QByteArray tone = toneU8(1000, 8000, 600);
-    const QByteArray out = PcmConverter::convert(tone, from, to);
-    QCOMPARE(to.msForBytes(out.size()), qint64(1000));
-    const double before = pitch(PcmConverter::convert(tone, from, {8000, 1, PcmSample::Int16}), 8000);
-    const double after = pitch(out, toRate);
-    QVERIFY2(std::abs(before - 600) <= 2, qPrintable(QString::number(before)));
-    QVERIFY2(std::abs(after - 600) <= 2, qPrintable(QString::number(after)));
-}
+    void resampleKeepsDurationAndPitch()
+    {
+        QFETCH(int, toRate);
+        const PcmFormat from{8000, 1, PcmSample::UInt8};
+        const PcmFormat to{toRate, 1, PcmSample::Int16};
+        const QByteArray tone = toneU8(1000, 8000, 600);
+        const QByteArray out = PcmConverter::convert(tone, from, to);
+        QCOMPARE(to.msForBytes(out.size()), qint64(1000));
+        const double before = pitch(PcmConverter::convert(tone, from, {8000, 1, PcmSample::Int16}), 8000);
+        const double after = pitch(out, toRate);
+        QVERIFY2(std::abs(before - 600) <= 2, qPrintable(QString::number(before)));
+        QVERIFY2(std::abs(after - 600) <= 2, qPrintable(QString::number(after)));
+    }
+};
 
 QTEST_GUILESS_MAIN(PcmConverterTest)
 #include "tst_pcmconverter.moc"

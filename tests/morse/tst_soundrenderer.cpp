@@ -13,21 +13,258 @@ using testsupport::readFile;
 class SoundRendererTest : public QObject {
     Q_OBJECT
 private slots:
-    void init();
-    void layout_data();
-    void layout();
-    void header_data();
-    void header();
-    void textCopy_data();
-    void textCopy();
-    void selectionAfterTrim_data();
-    void selectionAfterTrim();
-    void volumeErrorTouchesNoFile();
-    void failedWriteReplacesNothing_data();
-    void failedWriteReplacesNothing();
-    void stopsAtTheLargestCountableSize();
-    void lettersWithoutRowUsePreviousPattern();
-    void editOfTheTableIsHeardAtTheNextRendering();
+    void init()
+    {
+        m_bank = *calech(m_tone, nullptr);
+        QFile::remove(m_fixture.path("test.wav"));
+        QFile::remove(m_fixture.path("test.txt"));
+    }
+
+    void layout_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QPoint>("selection"); // start, length in characters
+        QTest::addColumn<bool>("debfin");
+        QTest::addColumn<QString>("symbols");
+        const QString vvv = "...- l ...- l ...-";
+        QTest::addRow("empty text: header only") << "" << QPoint() << false << "";
+        QTest::addRow("blanks only") << "   " << QPoint() << false << "";
+        QTest::addRow("one letter") << "A" << QPoint() << false << ".-";
+        QTest::addRow("letter gap between letters") << "ET" << QPoint() << false << ". l -";
+        QTest::addRow("space is a word gap, no letter gap") << "E E" << QPoint() << false << ". w .";
+        QTest::addRow("each space a word gap") << "E  E" << QPoint() << false << ". w w .";
+        QTest::addRow("surrounding blanks trimmed") << "  E T  " << QPoint() << false << ". w -";
+        QTest::addRow("upper and lower case alike") << "eT" << QPoint() << false << ". l -";
+        QTest::addRow("start and end signs") << "A" << QPoint() << true << vvv + " w .- w .-.-.";
+        QTest::addRow("signs around an empty text") << "" << QPoint() << true << vvv + " w w .-.-.";
+        QTest::addRow("selection only") << "TE ET" << QPoint(3, 2) << false << ". l -";
+        QTest::addRow("selection of one character") << "TE" << QPoint(1, 1) << false << ".";
+        QTest::addRow("selection with signs") << "TEA" << QPoint(1, 1) << true << vvv + " w . w .-.-.";
+        QTest::addRow("empty selection sends everything") << "TE" << QPoint(1, 0) << false << "- l .";
+        QTest::addRow("double quote") << "\"" << QPoint() << false << ".-..-.";
+        QTest::addRow("accented capital") << "É" << QPoint() << false << "..-..";
+        QTest::addRow("emoji is one character, sent as the previous row")
+            << "E😀T" << QPoint() << false << ". l . l -";
+        QTest::addRow("line break is looked up like a letter") << "E\nT" << QPoint() << false << ". l . l -";
+    }
+
+    void layout()
+    {
+        QFETCH(QString, text);
+        QFETCH(QPoint, selection);
+        QFETCH(bool, debfin);
+        QFETCH(QString, symbols);
+        RenderRequest r = request(text);
+        r.selectionStart = selection.x();
+        r.selectionLength = selection.y();
+        r.debfin = debfin;
+        PatternLookup lookup(m_fixture.database());
+        const RenderResult result = test(r, lookup);
+        QVERIFY2(result.ok, qPrintable(result.error));
+        const QByteArray file = readFile(r.wavPath);
+        const QByteArray want = expected(symbols);
+        QCOMPARE(file.size(), want.size());
+        QVERIFY(file == want);
+        QCOMPARE(result.dataBytes, quint64(want.size() - wavHeaderSize));
+    }
+
+    void header_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addRow("empty") << "";
+        QTest::addRow("below 65536 bytes") << "E";
+        QTest::addRow("above 65536 bytes") << "PARIS PARIS PARIS";
+        QTest::addRow("above 16 MiB") << QString("0123456789 ").repeated(40);
+    }
+
+    void header()
+    {
+        QFETCH(QString, text);
+        PatternLookup lookup(m_fixture.database());
+        const RenderResult result = test(request(text), lookup);
+        const QByteArray file = readFile(m_fixture.path("test.wav"));
+        QVERIFY(file.size() >= wavHeaderSize);
+        const auto u32 = [&](int at) { return qFromLittleEndian<quint32>(file.constData() + at); };
+        const auto u16 = [&](int at) { return qFromLittleEndian<quint16>(file.constData() + at); };
+        QCOMPARE(file.left(4), QByteArray("RIFF"));
+        QCOMPARE(u32(4), quint32(file.size() - 8));
+        QCOMPARE(file.mid(8, 8), QByteArray("WAVEfmt "));
+        QCOMPARE(u32(16), 16u);
+        QCOMPARE(u16(20), quint16(1));
+        QCOMPARE(u16(22), quint16(1));
+        QCOMPARE(u32(24), 8000u);
+        QCOMPARE(u32(28), 8000u);
+        QCOMPARE(u16(32), quint16(1));
+        QCOMPARE(u16(34), quint16(8));
+        QCOMPARE(file.mid(36, 4), QByteArray("data"));
+        QCOMPARE(u32(40), quint32(file.size() - 44));
+        QCOMPARE(result.dataBytes, quint64(file.size() - 44));
+    }
+
+    void textCopy_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addRow("trimmed, no line ending") << "  bonjour  " << QByteArray("bonjour");
+        QTest::addRow("accents in Windows-1252") << "été à Noël" << QByteArray("\xe9t\xe9 \xe0 No\xebl");
+        QTest::addRow("euro sign") << "5 €" << QByteArray("5 \x80");
+        QTest::addRow("emoji becomes one ?") << "a😀b" << QByteArray("a?b");
+        QTest::addRow("CJK becomes ?") << "日本" << QByteArray("??");
+        QTest::addRow("line breaks kept") << "a\r\nb" << QByteArray("a\r\nb");
+    }
+
+    void textCopy()
+    {
+        QFETCH(QString, text);
+        QFETCH(QByteArray, bytes);
+        RenderRequest r = request(text);
+        r.selectionStart = 0;
+        r.selectionLength = 1; // the copy holds the whole text, not the selection
+        PatternLookup lookup(m_fixture.database());
+        QVERIFY(test(r, lookup).ok);
+        QCOMPARE(readFile(r.textPath), bytes);
+    }
+
+    void selectionAfterTrim_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QPoint>("selection");
+        QTest::addColumn<QString>("trimmed");
+        QTest::addColumn<QPoint>("kept");
+        QTest::addRow("leading blanks removed") << "   ET TE" << QPoint(6, 2) << "ET TE" << QPoint(3, 2);
+        QTest::addRow("selection starting in the blanks") << "  ET" << QPoint(1, 2) << "ET" << QPoint(0, 1);
+        QTest::addRow("selection of blanks only") << "  ET" << QPoint(0, 2) << "ET" << QPoint(0, 0);
+        QTest::addRow("selection past the trimmed end") << "ET   " << QPoint(1, 4) << "ET" << QPoint(1, 1);
+    }
+
+    void selectionAfterTrim()
+    {
+        QFETCH(QString, text);
+        QFETCH(QPoint, selection);
+        QFETCH(QString, trimmed);
+        QFETCH(QPoint, kept);
+        RenderRequest r = request(text);
+        r.selectionStart = selection.x();
+        r.selectionLength = selection.y();
+        PatternLookup lookup(m_fixture.database());
+        const RenderResult result = test(r, lookup);
+        QCOMPARE(result.trimmedText, trimmed);
+        QCOMPARE(QPoint(int(result.selectionStart), int(result.selectionLength)), kept);
+    }
+
+    void volumeErrorTouchesNoFile()
+    {
+        QFile old(m_fixture.path("test.wav"));
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write("previous sound");
+        old.close();
+        RenderRequest r = request("E");
+        r.tone.volume = "128";
+        PatternLookup lookup(m_fixture.database());
+        const RenderResult result = test(r, lookup);
+        QVERIFY(!result.ok);
+        QVERIFY(!result.error.isEmpty());
+        QCOMPARE(readFile(r.wavPath), QByteArray("previous sound"));
+        QVERIFY(!QFile::exists(r.textPath));
+    }
+
+    void failedWriteReplacesNothing_data()
+    {
+        QTest::addColumn<QString>("wav");         // relative to the fixture, or absolute
+        QTest::addColumn<QString>("txt");
+        QTest::addColumn<qint64>("fileSizeLimit"); // 0: none
+        QTest::addColumn<QString>("reason");
+        QTest::addRow("full disk") << "test.wav" << "test.txt" << qint64(3000) << "fichier trop grand";
+        QTest::addRow("/dev/full") << "/dev/full" << "test.txt" << qint64(0) << "pas un fichier ordinaire";
+        QTest::addRow("link to /dev/full") << "full-link.wav" << "test.txt" << qint64(0) << "pas un fichier ordinaire";
+        QTest::addRow("a folder") << "folder" << "test.txt" << qint64(0) << "c'est un dossier";
+        QTest::addRow("text copy in a folder") << "test.wav" << "folder" << qint64(0) << "c'est un dossier";
+        QTest::addRow("missing folder") << "absent/test.wav" << "test.txt" << qint64(0) << "le dossier n'existe pas";
+    }
+
+    // The sound and its text are a pair: when either cannot be written, the pair of the last
+    // exercise stays whole, no temporary file is left, and the error names the file and why.
+    void failedWriteReplacesNothing()
+    {
+        QFETCH(QString, wav);
+        QFETCH(QString, txt);
+        QFETCH(qint64, fileSizeLimit);
+        QFETCH(QString, reason);
+        QDir dir(m_fixture.path(""));
+        dir.mkpath("folder");
+        QFile::link("/dev/full", m_fixture.path("full-link.wav"));
+        for (const char *name : {"test.wav", "test.txt"}) {
+            QFile old(m_fixture.path(name));
+            QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
+        }
+        const QStringList before = dir.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+        RenderRequest r = request(QString("PARIS ").repeated(20));
+        r.wavPath = wav.startsWith('/') ? wav : m_fixture.path(wav);
+        r.textPath = m_fixture.path(txt);
+        PatternLookup lookup(m_fixture.database());
+        RenderResult result;
+        {
+            const testsupport::FileSizeLimit limit(fileSizeLimit);
+            result = test(r, lookup);
+        }
+        QVERIFY(!result.ok);
+        const QString named = txt == "folder" ? r.textPath : r.wavPath;
+        QVERIFY2(result.error.startsWith("Impossible d'écrire le fichier « " + QDir::toNativeSeparators(named) + " » : ")
+                     && result.error.contains(reason),
+                 qPrintable(result.error));
+        QCOMPARE(readFile(m_fixture.path("test.wav")), QByteArray("old"));
+        QCOMPARE(readFile(m_fixture.path("test.txt")), QByteArray("old"));
+        QCOMPARE(dir.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot), before);
+        QVERIFY(QFileInfo("/dev/full").exists() && !QFileInfo("/dev/full").isFile());
+    }
+
+    void stopsAtTheLargestCountableSize()
+    {
+        RenderRequest r = request("PARIS PARIS");
+        r.maxDataBytes = 10000; // stands for the 4 GiB a header can count
+        PatternLookup lookup(m_fixture.database());
+        const RenderResult result = test(r, lookup);
+        QVERIFY(result.truncated);
+        const QByteArray file = readFile(r.wavPath);
+        QCOMPARE(file.size(), 10000 + 44);
+        QCOMPARE(qFromLittleEndian<quint32>(file.constData() + 40), 10000u);
+        QCOMPARE(qFromLittleEndian<quint32>(file.constData() + 4), 10036u);
+        // The samples written are the beginning of the full rendering.
+        r.maxDataBytes = maxWavDataBytes;
+        test(r, lookup);
+        const QByteArray whole = readFile(r.wavPath);
+        QCOMPARE(whole.mid(44, 10000), file.mid(44));
+        // The window's player refuses a longer sound and keeps the last one.
+        r.maxDataBytes = 8000 * 3600;
+        r.exerciseText = QString(20000, u'0');
+        r.refuseLonger = true;
+        const RenderResult refused = test(r, lookup);
+        QVERIFY(!refused.ok);
+        QCOMPARE(refused.error, QString("Le texte donne plus de 1 h de Morse : sélectionnez-en une partie pour l'écouter."));
+        QCOMPARE(readFile(r.wavPath), whole);
+    }
+
+    void lettersWithoutRowUsePreviousPattern()
+    {
+        RenderRequest r = request("T~");
+        PatternLookup lookup(m_fixture.database());
+        const RenderResult result = test(r, lookup);
+        QCOMPARE(readFile(r.wavPath), expected("- l -"));
+        QCOMPARE(result.patternPositions, 2);
+    }
+
+    void editOfTheTableIsHeardAtTheNextRendering()
+    {
+        PatternLookup lookup(m_fixture.database());
+        const RenderRequest r = request("KEK");
+        test(r, lookup);
+        QCOMPARE(readFile(r.wavPath), expected("-.- l . l -.-"));
+        WordDatabase editor(m_fixture.databasePath());
+        QVERIFY(editor.exec(R"(UPDATE ref SET cw = '--' WHERE car = "k")"));
+        test(r, lookup);
+        QCOMPARE(readFile(r.wavPath), expected("-- l . l --"));
+        QVERIFY(editor.exec(R"(UPDATE ref SET cw = '-.-' WHERE car = "k")"));
+    }
 
 private:
     RenderRequest request(const QString &text) const;
@@ -37,13 +274,6 @@ private:
     ToneBank m_bank;
     ToneSettings m_tone{{97, 291, 97, 291, 873}, "127", "700", "1"};
 };
-
-void SoundRendererTest::init()
-{
-    m_bank = *calech(m_tone, nullptr);
-    QFile::remove(m_fixture.path("test.wav"));
-    QFile::remove(m_fixture.path("test.txt"));
-}
 
 RenderRequest SoundRendererTest::request(const QString &text) const
 {
@@ -76,252 +306,6 @@ QByteArray SoundRendererTest::expected(const QString &tokens) const
         }
     }
     return wavHeader(quint32(samples.size())) + samples;
-}
-
-void SoundRendererTest::layout_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QPoint>("selection"); // start, length in characters
-    QTest::addColumn<bool>("debfin");
-    QTest::addColumn<QString>("symbols");
-    const QString vvv = "...- l ...- l ...-";
-    QTest::addRow("empty text: header only") << "" << QPoint() << false << "";
-    QTest::addRow("blanks only") << "   " << QPoint() << false << "";
-    QTest::addRow("one letter") << "A" << QPoint() << false << ".-";
-    QTest::addRow("letter gap between letters") << "ET" << QPoint() << false << ". l -";
-    QTest::addRow("space is a word gap, no letter gap") << "E E" << QPoint() << false << ". w .";
-    QTest::addRow("each space a word gap") << "E  E" << QPoint() << false << ". w w .";
-    QTest::addRow("surrounding blanks trimmed") << "  E T  " << QPoint() << false << ". w -";
-    QTest::addRow("upper and lower case alike") << "eT" << QPoint() << false << ". l -";
-    QTest::addRow("start and end signs") << "A" << QPoint() << true << vvv + " w .- w .-.-.";
-    QTest::addRow("signs around an empty text") << "" << QPoint() << true << vvv + " w w .-.-.";
-    QTest::addRow("selection only") << "TE ET" << QPoint(3, 2) << false << ". l -";
-    QTest::addRow("selection of one character") << "TE" << QPoint(1, 1) << false << ".";
-    QTest::addRow("selection with signs") << "TEA" << QPoint(1, 1) << true << vvv + " w . w .-.-.";
-    QTest::addRow("empty selection sends everything") << "TE" << QPoint(1, 0) << false << "- l .";
-    QTest::addRow("double quote") << "\"" << QPoint() << false << ".-..-.";
-    QTest::addRow("accented capital") << "É" << QPoint() << false << "..-..";
-    QTest::addRow("emoji is one character, sent as the previous row")
-        << "E😀T" << QPoint() << false << ". l . l -";
-    QTest::addRow("line break is looked up like a letter") << "E\nT" << QPoint() << false << ". l . l -";
-}
-
-void SoundRendererTest::layout()
-{
-    QFETCH(QString, text);
-    QFETCH(QPoint, selection);
-    QFETCH(bool, debfin);
-    QFETCH(QString, symbols);
-    RenderRequest r = request(text);
-    r.selectionStart = selection.x();
-    r.selectionLength = selection.y();
-    r.debfin = debfin;
-    PatternLookup lookup(m_fixture.database());
-    const RenderResult result = test(r, lookup);
-    QVERIFY2(result.ok, qPrintable(result.error));
-    const QByteArray file = readFile(r.wavPath);
-    const QByteArray want = expected(symbols);
-    QCOMPARE(file.size(), want.size());
-    QVERIFY(file == want);
-    QCOMPARE(result.dataBytes, quint64(want.size() - wavHeaderSize));
-}
-
-void SoundRendererTest::header_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addRow("empty") << "";
-    QTest::addRow("below 65536 bytes") << "E";
-    QTest::addRow("above 65536 bytes") << "PARIS PARIS PARIS";
-    QTest::addRow("above 16 MiB") << QString("0123456789 ").repeated(40);
-}
-
-void SoundRendererTest::header()
-{
-    QFETCH(QString, text);
-    PatternLookup lookup(m_fixture.database());
-    const RenderResult result = test(request(text), lookup);
-    const QByteArray file = readFile(m_fixture.path("test.wav"));
-    QVERIFY(file.size() >= wavHeaderSize);
-    const auto u32 = [&](int at) { return qFromLittleEndian<quint32>(file.constData() + at); };
-    const auto u16 = [&](int at) { return qFromLittleEndian<quint16>(file.constData() + at); };
-    QCOMPARE(file.left(4), QByteArray("RIFF"));
-    QCOMPARE(u32(4), quint32(file.size() - 8));
-    QCOMPARE(file.mid(8, 8), QByteArray("WAVEfmt "));
-    QCOMPARE(u32(16), 16u);
-    QCOMPARE(u16(20), quint16(1));
-    QCOMPARE(u16(22), quint16(1));
-    QCOMPARE(u32(24), 8000u);
-    QCOMPARE(u32(28), 8000u);
-    QCOMPARE(u16(32), quint16(1));
-    QCOMPARE(u16(34), quint16(8));
-    QCOMPARE(file.mid(36, 4), QByteArray("data"));
-    QCOMPARE(u32(40), quint32(file.size() - 44));
-    QCOMPARE(result.dataBytes, quint64(file.size() - 44));
-}
-
-void SoundRendererTest::textCopy_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addRow("trimmed, no line ending") << "  bonjour  " << QByteArray("bonjour");
-    QTest::addRow("accents in Windows-1252") << "été à Noël" << QByteArray("\xe9t\xe9 \xe0 No\xebl");
-    QTest::addRow("euro sign") << "5 €" << QByteArray("5 \x80");
-    QTest::addRow("emoji becomes one ?") << "a😀b" << QByteArray("a?b");
-    QTest::addRow("CJK becomes ?") << "日本" << QByteArray("??");
-    QTest::addRow("line breaks kept") << "a\r\nb" << QByteArray("a\r\nb");
-}
-
-void SoundRendererTest::textCopy()
-{
-    QFETCH(QString, text);
-    QFETCH(QByteArray, bytes);
-    RenderRequest r = request(text);
-    r.selectionStart = 0;
-    r.selectionLength = 1; // the copy holds the whole text, not the selection
-    PatternLookup lookup(m_fixture.database());
-    QVERIFY(test(r, lookup).ok);
-    QCOMPARE(readFile(r.textPath), bytes);
-}
-
-void SoundRendererTest::selectionAfterTrim_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QPoint>("selection");
-    QTest::addColumn<QString>("trimmed");
-    QTest::addColumn<QPoint>("kept");
-    QTest::addRow("leading blanks removed") << "   ET TE" << QPoint(6, 2) << "ET TE" << QPoint(3, 2);
-    QTest::addRow("selection starting in the blanks") << "  ET" << QPoint(1, 2) << "ET" << QPoint(0, 1);
-    QTest::addRow("selection of blanks only") << "  ET" << QPoint(0, 2) << "ET" << QPoint(0, 0);
-    QTest::addRow("selection past the trimmed end") << "ET   " << QPoint(1, 4) << "ET" << QPoint(1, 1);
-}
-
-void SoundRendererTest::selectionAfterTrim()
-{
-    QFETCH(QString, text);
-    QFETCH(QPoint, selection);
-    QFETCH(QString, trimmed);
-    QFETCH(QPoint, kept);
-    RenderRequest r = request(text);
-    r.selectionStart = selection.x();
-    r.selectionLength = selection.y();
-    PatternLookup lookup(m_fixture.database());
-    const RenderResult result = test(r, lookup);
-    QCOMPARE(result.trimmedText, trimmed);
-    QCOMPARE(QPoint(int(result.selectionStart), int(result.selectionLength)), kept);
-}
-
-void SoundRendererTest::volumeErrorTouchesNoFile()
-{
-    QFile old(m_fixture.path("test.wav"));
-    QVERIFY(old.open(QIODevice::WriteOnly));
-    old.write("previous sound");
-    old.close();
-    RenderRequest r = request("E");
-    r.tone.volume = "128";
-    PatternLookup lookup(m_fixture.database());
-    const RenderResult result = test(r, lookup);
-    QVERIFY(!result.ok);
-    QVERIFY(!result.error.isEmpty());
-    QCOMPARE(readFile(r.wavPath), QByteArray("previous sound"));
-    QVERIFY(!QFile::exists(r.textPath));
-}
-
-void SoundRendererTest::failedWriteReplacesNothing_data()
-{
-    QTest::addColumn<QString>("wav");         // relative to the fixture, or absolute
-    QTest::addColumn<QString>("txt");
-    QTest::addColumn<qint64>("fileSizeLimit"); // 0: none
-    QTest::addColumn<QString>("reason");
-    QTest::addRow("full disk") << "test.wav" << "test.txt" << qint64(3000) << "fichier trop grand";
-    QTest::addRow("/dev/full") << "/dev/full" << "test.txt" << qint64(0) << "pas un fichier ordinaire";
-    QTest::addRow("link to /dev/full") << "full-link.wav" << "test.txt" << qint64(0) << "pas un fichier ordinaire";
-    QTest::addRow("a folder") << "folder" << "test.txt" << qint64(0) << "c'est un dossier";
-    QTest::addRow("text copy in a folder") << "test.wav" << "folder" << qint64(0) << "c'est un dossier";
-    QTest::addRow("missing folder") << "absent/test.wav" << "test.txt" << qint64(0) << "le dossier n'existe pas";
-}
-
-// The sound and its text are a pair: when either cannot be written, the pair of the last
-// exercise stays whole, no temporary file is left, and the error names the file and why.
-void SoundRendererTest::failedWriteReplacesNothing()
-{
-    QFETCH(QString, wav);
-    QFETCH(QString, txt);
-    QFETCH(qint64, fileSizeLimit);
-    QFETCH(QString, reason);
-    QDir dir(m_fixture.path(""));
-    dir.mkpath("folder");
-    QFile::link("/dev/full", m_fixture.path("full-link.wav"));
-    for (const char *name : {"test.wav", "test.txt"}) {
-        QFile old(m_fixture.path(name));
-        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
-    }
-    const QStringList before = dir.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
-    RenderRequest r = request(QString("PARIS ").repeated(20));
-    r.wavPath = wav.startsWith('/') ? wav : m_fixture.path(wav);
-    r.textPath = m_fixture.path(txt);
-    PatternLookup lookup(m_fixture.database());
-    RenderResult result;
-    {
-        const testsupport::FileSizeLimit limit(fileSizeLimit);
-        result = test(r, lookup);
-    }
-    QVERIFY(!result.ok);
-    const QString named = txt == "folder" ? r.textPath : r.wavPath;
-    QVERIFY2(result.error.startsWith("Impossible d'écrire le fichier « " + QDir::toNativeSeparators(named) + " » : ")
-                 && result.error.contains(reason),
-             qPrintable(result.error));
-    QCOMPARE(readFile(m_fixture.path("test.wav")), QByteArray("old"));
-    QCOMPARE(readFile(m_fixture.path("test.txt")), QByteArray("old"));
-    QCOMPARE(dir.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot), before);
-    QVERIFY(QFileInfo("/dev/full").exists() && !QFileInfo("/dev/full").isFile());
-}
-
-void SoundRendererTest::stopsAtTheLargestCountableSize()
-{
-    RenderRequest r = request("PARIS PARIS");
-    r.maxDataBytes = 10000; // stands for the 4 GiB a header can count
-    PatternLookup lookup(m_fixture.database());
-    const RenderResult result = test(r, lookup);
-    QVERIFY(result.truncated);
-    const QByteArray file = readFile(r.wavPath);
-    QCOMPARE(file.size(), 10000 + 44);
-    QCOMPARE(qFromLittleEndian<quint32>(file.constData() + 40), 10000u);
-    QCOMPARE(qFromLittleEndian<quint32>(file.constData() + 4), 10036u);
-    // The samples written are the beginning of the full rendering.
-    r.maxDataBytes = maxWavDataBytes;
-    test(r, lookup);
-    const QByteArray whole = readFile(r.wavPath);
-    QCOMPARE(whole.mid(44, 10000), file.mid(44));
-    // The window's player refuses a longer sound and keeps the last one.
-    r.maxDataBytes = 8000 * 3600;
-    r.exerciseText = QString(20000, u'0');
-    r.refuseLonger = true;
-    const RenderResult refused = test(r, lookup);
-    QVERIFY(!refused.ok);
-    QCOMPARE(refused.error, QString("Le texte donne plus de 1 h de Morse : sélectionnez-en une partie pour l'écouter."));
-    QCOMPARE(readFile(r.wavPath), whole);
-}
-
-void SoundRendererTest::lettersWithoutRowUsePreviousPattern()
-{
-    RenderRequest r = request("T~");
-    PatternLookup lookup(m_fixture.database());
-    const RenderResult result = test(r, lookup);
-    QCOMPARE(readFile(r.wavPath), expected("- l -"));
-    QCOMPARE(result.patternPositions, 2);
-}
-
-void SoundRendererTest::editOfTheTableIsHeardAtTheNextRendering()
-{
-    PatternLookup lookup(m_fixture.database());
-    const RenderRequest r = request("KEK");
-    test(r, lookup);
-    QCOMPARE(readFile(r.wavPath), expected("-.- l . l -.-"));
-    WordDatabase editor(m_fixture.databasePath());
-    QVERIFY(editor.exec(R"(UPDATE ref SET cw = '--' WHERE car = "k")"));
-    test(r, lookup);
-    QCOMPARE(readFile(r.wavPath), expected("-- l . l --"));
-    QVERIFY(editor.exec(R"(UPDATE ref SET cw = '-.-' WHERE car = "k")"));
 }
 
 QTEST_GUILESS_MAIN(SoundRendererTest)

@@ -65,27 +65,14 @@ private:
 
 class CorrectionSoundTest : public QObject {
     Q_OBJECT
-    std::unique_ptr<PrivateSink> m_sink;
-    std::unique_ptr<MonitorRecorder> m_recorder;
-    QAudioDevice m_output;
+    RecordedSink m_sink;
 
 private slots:
     void initTestCase()
     {
-        if (MediaDevice::silenceForced())
-            QSKIP("KELVORA_SILENT_AUDIO=1 is set: no real sound");
         if (const QString problem = serverProblem(); !problem.isEmpty())
             QSKIP(qPrintable(problem));
-        m_sink = std::make_unique<PrivateSink>(QStringLiteral("correction"));
-        m_recorder = std::make_unique<MonitorRecorder>(m_sink->name());
-        QVERIFY2(m_sink->isValid() && m_recorder->start(patience), "no null sink, or parec delivered nothing");
-        m_output = m_sink->device(patience);
-        QVERIFY2(!m_output.isNull(), "Qt never listed the new null sink");
-    }
-    void cleanupTestCase()
-    {
-        m_recorder.reset();
-        m_sink.reset();
+        QVERIFY2(m_sink.start("correction", patience), "no null sink, no samples from parec, or the sink never listed");
     }
 
     void everyCharacterClean_data()
@@ -104,7 +91,7 @@ private slots:
 
         MainWindowFixture fx;
         QVERIFY(fx.isValid());
-        fx.devices = MediaDeviceFactory(m_output);
+        fx.devices = MediaDeviceFactory(m_sink.output);
         QMap<QString, QString> patterns;
         for (const QVariantList &row : WordDatabase(fx.path("db/kvmot.sqlite")).query("select car, cw, wav from ref").rows) {
             patterns.insert(row.value(0).toString(), row.value(1).toString());
@@ -115,7 +102,7 @@ private slots:
         QSignalSpy started(window->correction(), &CorrectionReplay::characterPlayed);
 
         const BusyThreads busy(busyThreads);
-        const qsizetype from = m_recorder->samples().size();
+        const qsizetype from = m_sink.recorder->samples().size();
         window->findChild<QAction *>("cjouer")->trigger();
         QTRY_VERIFY_WITH_TIMEOUT(started.size() == played, patience);
         window->findChild<QAction *>("cstop")->trigger();
@@ -138,7 +125,7 @@ private slots:
             }
         }
         // Gaps inside a character are 30 ms: only shorter dips are bridged.
-        const QList<Segment> heard = toneRuns(m_recorder->samples().mid(from), 15);
+        const QList<Segment> heard = toneRuns(m_sink.recorder->samples().mid(from), 15);
         QVERIFY2(heard.size() == expected.size(), qPrintable(QStringLiteral("%1 runs, %2 expected: %3").arg(heard.size()).arg(expected.size()).arg(describe(heard))));
         for (qsizetype i = 0; i < heard.size(); ++i) {
             const int want = std::abs(expected[i]);

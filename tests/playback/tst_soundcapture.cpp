@@ -31,18 +31,16 @@ bool playToEnd(MediaDevice &device)
 class SoundCaptureTest : public QObject {
     Q_OBJECT
     QTemporaryDir m_dir;
-    std::unique_ptr<PrivateSink> m_sink;
-    QAudioDevice m_output;
     // One recorder for the whole run: parec takes about two seconds to deliver.
-    std::unique_ptr<MonitorRecorder> m_recorder;
+    RecordedSink m_sink;
 
     // The tone and silence runs heard while `play` runs.
     QList<Segment> record(const std::function<void()> &play)
     {
-        const qsizetype from = m_recorder->samples().size();
+        const qsizetype from = m_sink.recorder->samples().size();
         play();
         QTest::qWait(200); // the tail still travelling to the monitor
-        return toneRuns(m_recorder->samples().mid(from));
+        return toneRuns(m_sink.recorder->samples().mid(from));
     }
     QString file(const QString &name, const QByteArray &pcm, const PcmFormat &format = morseFormat)
     {
@@ -52,20 +50,9 @@ class SoundCaptureTest : public QObject {
 private slots:
     void initTestCase()
     {
-        if (MediaDevice::silenceForced())
-            QSKIP("KELVORA_SILENT_AUDIO=1 is set: no real sound");
         if (const QString problem = serverProblem(); !problem.isEmpty())
             QSKIP(qPrintable(problem));
-        m_sink = std::make_unique<PrivateSink>(QStringLiteral("capture"));
-        m_recorder = std::make_unique<MonitorRecorder>(m_sink->name());
-        QVERIFY2(m_sink->isValid() && m_recorder->start(patience), "no null sink, or parec delivered nothing");
-        m_output = m_sink->device(patience);
-        QVERIFY2(!m_output.isNull(), "Qt never listed the new null sink");
-    }
-    void cleanupTestCase()
-    {
-        m_recorder.reset();
-        m_sink.reset();
+        QVERIFY2(m_sink.start("capture", patience), "no null sink, no samples from parec, or the sink never listed");
     }
 
     void heard_data()
@@ -86,7 +73,7 @@ private slots:
         for (const int ms : lengths)
             pcm += ms > 0 ? pcmFor(format, ms) : QByteArray(format.bytesForMs(-ms), char(format.sample == PcmSample::UInt8 ? 128 : 0));
         MediaDevice device;
-        device.setOutputDevice(m_output);
+        device.setOutputDevice(m_sink.output);
         QVERIFY(device.open(file(QStringLiteral("heard.wav"), pcm, format)) && !device.isSilent());
         const QList<Segment> runs = record([&] { QVERIFY(playToEnd(device)); });
         QCOMPARE(runs.size(), lengths.size());
@@ -107,7 +94,7 @@ private slots:
     {
         QFETCH(bool, pause);
         MediaDevice device;
-        device.setOutputDevice(m_output);
+        device.setOutputDevice(m_sink.output);
         QVERIFY(device.open(file(QStringLiteral("long.wav"), toneU8(600) + silenceU8(100) + toneU8(300))));
         const QList<Segment> runs = record([&] {
             device.play();

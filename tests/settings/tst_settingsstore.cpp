@@ -11,192 +11,177 @@ using namespace kelvora;
 class SettingsStoreTest : public QObject {
     Q_OBJECT
 private slots:
-    void init();
-    void valuesRoundTrip_data();
-    void valuesRoundTrip();
-    void emptySectionIsRefused();
-    void failedWriteIsTold_data();
-    void failedWriteIsTold();
-    void profileGoesThroughPanelClamps_data();
-    void profileGoesThroughPanelClamps();
-    void clampsKeepTextInsideBounds_data();
-    void clampsKeepTextInsideBounds();
-    void paths_data();
-    void paths();
-    void programDir_data();
-    void programDir();
+    void init()
+    {
+        m_ini = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()) + ".ini");
+        QFile::remove(m_ini);
+    }
+
+    void valuesRoundTrip_data()
+    {
+        QTest::addColumn<QString>("user");
+        QTest::addColumn<QString>("value");
+        QTest::addRow("accented user") << "Hélène" << "15";
+        QTest::addRow("user with blanks and slash-free punctuation") << "F4ABC portable" << "PARIS";
+        QTest::addRow("value with comma") << "Luc" << "a, b";
+        QTest::addRow("value with equals and semicolon") << "Luc" << "x=1;y";
+        QTest::addRow("user named General") << "General" << "20";
+    }
+
+    void valuesRoundTrip()
+    {
+        QFETCH(QString, user);
+        QFETCH(QString, value);
+        {
+            SettingsStore store(m_ini);
+            QVERIFY(store.setValue(user, "vitesse", value));
+            QVERIFY(store.setLastUser(user));
+        }
+        SettingsStore reopened(m_ini);
+        QCOMPARE(reopened.value(user, userKeys::vitesse), value);
+        QCOMPARE(reopened.lastUser(), user);
+        QCOMPARE(reopened.value("quelqu'un d'autre", userKeys::vitesse), QStringLiteral("12"));
+    }
+
+    void emptySectionIsRefused()
+    {
+        SettingsStore store(m_ini);
+        QVERIFY(store.setValue("Marc", "vitesse", "20"));
+        QVERIFY(!store.setValue("", "vitesse", "99"));
+        // A separator would reach another section of the file.
+        QVERIFY(!store.setValue("a/b", "vitesse", "99"));
+        QVERIFY(!store.setValue("a\\b", "vitesse", "99"));
+        QVERIFY(!store.setLastUser(""));
+        store.sync();
+        QCOMPARE(store.value("", userKeys::vitesse), QStringLiteral("12"));
+        QCOMPARE(store.lastUser(), QStringLiteral("défaut"));
+        QCOMPARE(store.value("Marc", userKeys::vitesse), QStringLiteral("20"));
+        QVERIFY(!QString::fromUtf8(testsupport::readFile(m_ini)).contains("99"));
+    }
+
+    void failedWriteIsTold_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("reason");
+        QTest::addRow("full disk") << "full.ini" << "fichier trop grand";
+        QTest::addRow("a folder") << "folder.ini" << "pas un fichier ordinaire";
+        QTest::addRow("/dev/full") << "/dev/full" << "pas un fichier ordinaire";
+    }
+
+    // The store says which file could not be written and why; the old file stays whole.
+    void failedWriteIsTold()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, reason);
+        const QString path = file.startsWith('/') ? file : m_dir.filePath(file);
+        QDir().mkpath(m_dir.filePath("folder.ini"));
+        QFile old(m_dir.filePath("full.ini"));
+        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("[lastuser]\nuser=Ann\n") > 0);
+        old.close();
+        {
+            SettingsStore store(path);
+            store.setValue("Ann", "vitesse", QString(4000, u'9'));
+            const testsupport::FileSizeLimit limit(file == "full.ini" ? 1000 : 0);
+            const QString problem = store.sync();
+            QVERIFY2(problem.startsWith("Impossible d'écrire le fichier « " + path + " » : ") && problem.contains(reason), qPrintable(problem));
+            QCOMPARE(testsupport::readFile(m_dir.filePath("full.ini")), QByteArray("[lastuser]\nuser=Ann\n"));
+        } // the store tries again at its end, the same way
+        QVERIFY(!QFileInfo("/dev/full").isFile());
+    }
+
+    void profileGoesThroughPanelClamps_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("seen");
+        QTest::addRow("speed below 3") << "vitesse" << "2" << "3";
+        QTest::addRow("frequency above 8000") << "frequence" << "9000" << "8000";
+        QTest::addRow("volume below 1") << "volume" << "-5" << "1";
+        QTest::addRow("start sign unchecked") << "deb" << "CQ CQ" << "CQ CQ";
+    }
+
+    void profileGoesThroughPanelClamps()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, stored);
+        QFETCH(QString, seen);
+        SettingsStore store(m_ini);
+        store.setValue("Paul", key, stored);
+        const SoundSettings s = SoundSettings::fromProfile(store, "Paul");
+        const QHash<QString, QString> values{{"vitesse", s.vitesse}, {"frequence", s.frequence},
+                                             {"volume", s.volume}, {"deb", s.deb}};
+        QCOMPARE(values.value(key), seen);
+    }
+
+    void clampsKeepTextInsideBounds_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("speed");
+        QTest::addColumn<QString>("frequency");
+        QTest::addColumn<QString>("volume");
+        QTest::addRow("inside every bound, kept as typed") << "12 " << "12 " << "12 " << "12 ";
+        QTest::addRow("3 exactly") << "3" << "3" << "3" << "3";
+        QTest::addRow("fraction") << "2.5" << "3" << "2.5" << "2.5";
+        QTest::addRow("empty") << "" << "3" << "1" << "1";
+        QTest::addRow("large") << "100000" << "100000" << "8000" << "127";
+    }
+
+    void clampsKeepTextInsideBounds()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, speed);
+        QFETCH(QString, frequency);
+        QFETCH(QString, volume);
+        QCOMPARE(soundRules::clampSpeed(text), speed);
+        QCOMPARE(soundRules::clampFrequency(text), frequency);
+        QCOMPARE(soundRules::clampVolume(text), volume);
+    }
+
+    void paths_data()
+    {
+        QTest::addColumn<QString>("dir");
+        QTest::addColumn<QString>("prefix"); // what every member starts with
+        QTest::addRow("spaces and accents kept") << "/home/élise/Mes programmes/kv" << "/home/élise/Mes programmes/kv/";
+        QTest::addRow("root keeps its separator: doubled, not normalised") << "/" << "//";
+    }
+
+    void paths()
+    {
+        QFETCH(QString, dir);
+        QFETCH(QString, prefix);
+        const AppPaths p = AppPaths::fromProgramDir(dir);
+        QCOMPARE(p.programDir, dir);
+        QCOMPARE(QStringList({p.testWavPath, p.noiseWavPath3, p.wordDatabasePath, p.charWavDir, p.textFolder()}),
+                 QStringList({prefix + "tmp/test.wav", prefix + "qrm/qrm3.wav", prefix + "db/kvmot.sqlite", prefix + "wav/", prefix + "textes"}));
+    }
+
+    void programDir_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("environment");
+        QTest::addColumn<QString>("expected");
+        QTest::addRow("the executable's directory") << QStringList{"kelvora"} << "" << "/usr/lib/kelvora";
+        QTest::addRow("environment") << QStringList{"kelvora"} << "/srv/kv" << "/srv/kv";
+        QTest::addRow("--root wins over the environment") << QStringList{"kelvora", "--root", "/data/kv"} << "/srv/kv" << "/data/kv";
+        QTest::addRow("--root=DIR, trailing separator dropped") << QStringList{"kelvora", "--root=/data/kv/"} << "" << "/data/kv";
+        QTest::addRow("file system root kept") << QStringList{"kelvora", "--root", "/"} << "" << "/";
+        QTest::addRow("relative root made absolute") << QStringList{"kelvora", "--root", "arbre"} << "" << QDir::currentPath() + "/arbre";
+    }
+
+    void programDir()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, environment);
+        QFETCH(QString, expected);
+        QCOMPARE(resolveProgramDir(arguments, environment, "/usr/lib/kelvora"), expected);
+        QCOMPARE(resolveSettingsPath({"x", "--settings", "/tmp/a.ini"}, "/tmp/b.ini"), QStringLiteral("/tmp/a.ini"));
+        QCOMPARE(resolveSettingsPath({"x"}, "/tmp/b.ini"), QStringLiteral("/tmp/b.ini"));
+    }
 
 private:
     QTemporaryDir m_dir;
     QString m_ini;
 };
-
-void SettingsStoreTest::init()
-{
-    m_ini = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()) + ".ini");
-    QFile::remove(m_ini);
-}
-
-void SettingsStoreTest::valuesRoundTrip_data()
-{
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QString>("value");
-    QTest::addRow("accented user") << "Hélène" << "15";
-    QTest::addRow("user with blanks and slash-free punctuation") << "F4ABC portable" << "PARIS";
-    QTest::addRow("value with comma") << "Luc" << "a, b";
-    QTest::addRow("value with equals and semicolon") << "Luc" << "x=1;y";
-    QTest::addRow("user named General") << "General" << "20";
-}
-
-void SettingsStoreTest::valuesRoundTrip()
-{
-    QFETCH(QString, user);
-    QFETCH(QString, value);
-    {
-        SettingsStore store(m_ini);
-        QVERIFY(store.setValue(user, "vitesse", value));
-        QVERIFY(store.setLastUser(user));
-    }
-    SettingsStore reopened(m_ini);
-    QCOMPARE(reopened.value(user, userKeys::vitesse), value);
-    QCOMPARE(reopened.lastUser(), user);
-    QCOMPARE(reopened.value("quelqu'un d'autre", userKeys::vitesse), QStringLiteral("12"));
-}
-
-void SettingsStoreTest::emptySectionIsRefused()
-{
-    SettingsStore store(m_ini);
-    QVERIFY(store.setValue("Marc", "vitesse", "20"));
-    QVERIFY(!store.setValue("", "vitesse", "99"));
-    // A separator would reach another section of the file.
-    QVERIFY(!store.setValue("a/b", "vitesse", "99"));
-    QVERIFY(!store.setValue("a\\b", "vitesse", "99"));
-    QVERIFY(!store.setLastUser(""));
-    store.sync();
-    QCOMPARE(store.value("", userKeys::vitesse), QStringLiteral("12"));
-    QCOMPARE(store.lastUser(), QStringLiteral("défaut"));
-    QCOMPARE(store.value("Marc", userKeys::vitesse), QStringLiteral("20"));
-    QVERIFY(!QString::fromUtf8(testsupport::readFile(m_ini)).contains("99"));
-}
-
-void SettingsStoreTest::profileGoesThroughPanelClamps_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<QString>("seen");
-    QTest::addRow("speed below 3") << "vitesse" << "2" << "3";
-    QTest::addRow("frequency above 8000") << "frequence" << "9000" << "8000";
-    QTest::addRow("volume below 1") << "volume" << "-5" << "1";
-    QTest::addRow("start sign unchecked") << "deb" << "CQ CQ" << "CQ CQ";
-}
-
-void SettingsStoreTest::profileGoesThroughPanelClamps()
-{
-    QFETCH(QString, key);
-    QFETCH(QString, stored);
-    QFETCH(QString, seen);
-    SettingsStore store(m_ini);
-    store.setValue("Paul", key, stored);
-    const SoundSettings s = SoundSettings::fromProfile(store, "Paul");
-    const QHash<QString, QString> values{{"vitesse", s.vitesse}, {"frequence", s.frequence},
-                                         {"volume", s.volume}, {"deb", s.deb}};
-    QCOMPARE(values.value(key), seen);
-}
-
-void SettingsStoreTest::clampsKeepTextInsideBounds_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("speed");
-    QTest::addColumn<QString>("frequency");
-    QTest::addColumn<QString>("volume");
-    QTest::addRow("inside every bound, kept as typed") << "12 " << "12 " << "12 " << "12 ";
-    QTest::addRow("3 exactly") << "3" << "3" << "3" << "3";
-    QTest::addRow("fraction") << "2.5" << "3" << "2.5" << "2.5";
-    QTest::addRow("empty") << "" << "3" << "1" << "1";
-    QTest::addRow("large") << "100000" << "100000" << "8000" << "127";
-}
-
-void SettingsStoreTest::clampsKeepTextInsideBounds()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, speed);
-    QFETCH(QString, frequency);
-    QFETCH(QString, volume);
-    QCOMPARE(soundRules::clampSpeed(text), speed);
-    QCOMPARE(soundRules::clampFrequency(text), frequency);
-    QCOMPARE(soundRules::clampVolume(text), volume);
-}
-
-void SettingsStoreTest::failedWriteIsTold_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("reason");
-    QTest::addRow("full disk") << "full.ini" << "fichier trop grand";
-    QTest::addRow("a folder") << "folder.ini" << "pas un fichier ordinaire";
-    QTest::addRow("/dev/full") << "/dev/full" << "pas un fichier ordinaire";
-}
-
-// The store says which file could not be written and why; the old file stays whole.
-void SettingsStoreTest::failedWriteIsTold()
-{
-    QFETCH(QString, file);
-    QFETCH(QString, reason);
-    const QString path = file.startsWith('/') ? file : m_dir.filePath(file);
-    QDir().mkpath(m_dir.filePath("folder.ini"));
-    QFile old(m_dir.filePath("full.ini"));
-    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("[lastuser]\nuser=Ann\n") > 0);
-    old.close();
-    {
-        SettingsStore store(path);
-        store.setValue("Ann", "vitesse", QString(4000, u'9'));
-        const testsupport::FileSizeLimit limit(file == "full.ini" ? 1000 : 0);
-        const QString problem = store.sync();
-        QVERIFY2(problem.startsWith("Impossible d'écrire le fichier « " + path + " » : ") && problem.contains(reason), qPrintable(problem));
-        QCOMPARE(testsupport::readFile(m_dir.filePath("full.ini")), QByteArray("[lastuser]\nuser=Ann\n"));
-    } // the store tries again at its end, the same way
-    QVERIFY(!QFileInfo("/dev/full").isFile());
-}
-
-void SettingsStoreTest::paths_data()
-{
-    QTest::addColumn<QString>("dir");
-    QTest::addColumn<QString>("prefix"); // what every member starts with
-    QTest::addRow("spaces and accents kept") << "/home/élise/Mes programmes/kv" << "/home/élise/Mes programmes/kv/";
-    QTest::addRow("root keeps its separator: doubled, not normalised") << "/" << "//";
-}
-
-void SettingsStoreTest::paths()
-{
-    QFETCH(QString, dir);
-    QFETCH(QString, prefix);
-    const AppPaths p = AppPaths::fromProgramDir(dir);
-    QCOMPARE(p.programDir, dir);
-    QCOMPARE(QStringList({p.testWavPath, p.noiseWavPath3, p.wordDatabasePath, p.charWavDir, p.textFolder()}),
-             QStringList({prefix + "tmp/test.wav", prefix + "qrm/qrm3.wav", prefix + "db/kvmot.sqlite", prefix + "wav/", prefix + "textes"}));
-}
-
-void SettingsStoreTest::programDir_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("environment");
-    QTest::addColumn<QString>("expected");
-    QTest::addRow("the executable's directory") << QStringList{"kelvora"} << "" << "/usr/lib/kelvora";
-    QTest::addRow("environment") << QStringList{"kelvora"} << "/srv/kv" << "/srv/kv";
-    QTest::addRow("--root wins over the environment") << QStringList{"kelvora", "--root", "/data/kv"} << "/srv/kv" << "/data/kv";
-    QTest::addRow("--root=DIR, trailing separator dropped") << QStringList{"kelvora", "--root=/data/kv/"} << "" << "/data/kv";
-    QTest::addRow("file system root kept") << QStringList{"kelvora", "--root", "/"} << "" << "/";
-    QTest::addRow("relative root made absolute") << QStringList{"kelvora", "--root", "arbre"} << "" << QDir::currentPath() + "/arbre";
-}
-
-void SettingsStoreTest::programDir()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, environment);
-    QFETCH(QString, expected);
-    QCOMPARE(resolveProgramDir(arguments, environment, "/usr/lib/kelvora"), expected);
-    QCOMPARE(resolveSettingsPath({"x", "--settings", "/tmp/a.ini"}, "/tmp/b.ini"), QStringLiteral("/tmp/a.ini"));
-    QCOMPARE(resolveSettingsPath({"x"}, "/tmp/b.ini"), QStringLiteral("/tmp/b.ini"));
-}
 
 QTEST_GUILESS_MAIN(SettingsStoreTest)
 #include "tst_settingsstore.moc"

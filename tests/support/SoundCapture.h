@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <memory>
 
 // Listening to what really reaches the audio server: a null sink of one's own (so that
 // no other program's sound mixes in) recorded through its monitor with parec.
@@ -28,9 +29,11 @@ inline QString runTool(const QString &program, const QStringList &args, bool *ok
     return QString::fromUtf8(p.readAllStandardOutput()).trimmed();
 }
 
-// Empty when the server answers, otherwise why not.
+// Empty when real sound can be played and recorded here, otherwise why not.
 inline QString serverProblem()
 {
+    if (qEnvironmentVariableIntValue("KELVORA_SILENT_AUDIO") == 1)
+        return QStringLiteral("KELVORA_SILENT_AUDIO=1 is set: no real sound");
     bool ok = false;
     runTool("pactl", {"info"}, &ok);
     if (!ok)
@@ -159,6 +162,23 @@ private:
     QElapsedTimer m_clock;
     QByteArray m_samples;
     QList<std::pair<qint64, qsizetype>> m_arrivals; // (ns, samples so far)
+};
+
+// A private sink recorded from its monitor, and the sink as Qt lists it.
+struct RecordedSink {
+    std::unique_ptr<PrivateSink> sink;
+    std::unique_ptr<MonitorRecorder> recorder;
+    QAudioDevice output;
+    // False when the sink was refused, parec delivered nothing or Qt never listed it.
+    bool start(const QString &tag, int timeoutMs)
+    {
+        sink = std::make_unique<PrivateSink>(tag);
+        recorder = std::make_unique<MonitorRecorder>(sink->name());
+        if (sink->isValid() && recorder->start(timeoutMs))
+            output = sink->device(timeoutMs);
+        return !output.isNull();
+    }
+    ~RecordedSink() { recorder.reset(); }
 };
 
 struct Segment {

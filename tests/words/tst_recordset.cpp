@@ -9,158 +9,148 @@ using namespace kelvora;
 class RecordSetTest : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void readsInTheProgramsOrder_data();
-    void readsInTheProgramsOrder();
-    void movesStopAtBothEnds_data();
-    void movesStopAtBothEnds();
-    void duplicatesKeepTheirOwnRowid();
-    void missingSourceGivesAnEmptySet_data();
-    void missingSourceGivesAnEmptySet();
-    void refreshSeesNewRowsAndGoesBackToTheFirst();
+    void initTestCase()
+    {
+        QVERIFY(m_fixture.isValid());
+        WordDatabase &db = m_fixture.database();
+        for (const char *w : {"chemin", "avion", "Bateau", "éclair", "dune", "avion"})
+            QVERIFY(db.exec("INSERT INTO mot (mot) VALUES (?)", {QString::fromUtf8(w)}));
+    }
+
+    void readsInTheProgramsOrder_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QStringList>("words");
+        QTest::addRow("whole table, case-insensitive French order")
+            << "select * from mot order by mot"
+            << QStringList{"avion", "avion", "Bateau", "chemin", "dune", "éclair"};
+        QTest::addRow("two blanks before order, as a selection writes it")
+            << "select * from mot  order by mot"
+            << QStringList{"avion", "avion", "Bateau", "chemin", "dune", "éclair"};
+        QTest::addRow("condition in the program's dialect")
+            << "select * from mot where mot like '*a*' order by mot"
+            << QStringList{"avion", "avion", "Bateau", "éclair"};
+        QTest::addRow("upper-case keywords") << "SELECT * FROM mot WHERE mot = \"DUNE\" ORDER BY mot"
+                                             << QStringList{"dune"};
+    }
+
+    void readsInTheProgramsOrder()
+    {
+        QFETCH(QString, source);
+        QFETCH(QStringList, words);
+        RecordSet set(m_fixture.databasePath(), source);
+        QVERIFY2(set.refresh(), qPrintable(set.error()));
+        QCOMPARE(set.count(), words.size());
+        QStringList seen;
+        for (set.moveFirst(); seen.size() < set.count(); set.moveNext())
+            seen << set.word();
+        QCOMPARE(seen, words);
+    }
+
+    void movesStopAtBothEnds_data()
+    {
+        QTest::addColumn<QString>("moves"); // F first, P previous, N next, L last, digits: moveTo
+        QTest::addColumn<int>("position");
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<bool>("moved"); // what the last move answered
+        QTest::addRow("starts on the first row") << "" << 0 << "avion" << true;
+        QTest::addRow("previous at the first row stays") << "P" << 0 << "avion" << false;
+        QTest::addRow("next twice") << "NN" << 2 << "Bateau" << true;
+        QTest::addRow("last") << "L" << 5 << "éclair" << true;
+        QTest::addRow("next at the last row stays") << "LN" << 5 << "éclair" << false;
+        QTest::addRow("last then previous") << "LP" << 4 << "dune" << true;
+        QTest::addRow("absolute position") << "3" << 3 << "chemin" << true;
+        QTest::addRow("absolute position past the end stops on the last") << "9" << 5 << "éclair" << false;
+    }
+
+    void movesStopAtBothEnds()
+    {
+        QFETCH(QString, moves);
+        QFETCH(int, position);
+        QFETCH(QString, word);
+        QFETCH(bool, moved);
+        RecordSet set(m_fixture.databasePath(), "select * from mot order by mot");
+        QVERIFY(set.refresh());
+        bool last = true;
+        for (QChar m : moves) {
+            if (m == 'F')
+                last = set.moveFirst();
+            else if (m == 'P')
+                last = set.movePrevious();
+            else if (m == 'N')
+                last = set.moveNext();
+            else if (m == 'L')
+                last = set.moveLast();
+            else
+                last = set.moveTo(m.digitValue());
+        }
+        QCOMPARE(set.position(), position);
+        QCOMPARE(set.word(), word);
+        QCOMPARE(last, moved);
+    }
+
+    void duplicatesKeepTheirOwnRowid()
+    {
+        RecordSet set(m_fixture.databasePath(), "select * from mot where mot = 'avion' order by mot");
+        QVERIFY(set.refresh());
+        QCOMPARE(set.count(), 2);
+        const qint64 first = set.rowid();
+        set.moveNext();
+        QVERIFY(first > 0 && set.rowid() > 0);
+        QVERIFY(first != set.rowid());
+        // The rowid addresses that one row: deleting by it leaves its twin.
+        WordDatabase db(m_fixture.databasePath());
+        QVERIFY(db.exec("delete from mot where rowid = ?", {first}));
+        QVERIFY(set.refresh());
+        QCOMPARE(set.count(), 1);
+        QVERIFY(db.exec("INSERT INTO mot (mot) VALUES ('avion')"));
+    }
+
+    void missingSourceGivesAnEmptySet_data()
+    {
+        QTest::addColumn<QString>("database");
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<bool>("ok");
+        QTest::addRow("table that does not exist") << "" << "select * from disparue order by mot" << false;
+        QTest::addRow("condition the engine refuses") << "" << "select * from mot where mot lik 'a' order by mot" << false;
+        QTest::addRow("no source") << "" << "" << true;
+        QTest::addRow("no database file") << "absent.sqlite" << "select * from mot order by mot" << false;
+    }
+
+    void missingSourceGivesAnEmptySet()
+    {
+        QFETCH(QString, database);
+        QFETCH(QString, source);
+        QFETCH(bool, ok);
+        RecordSet set(database.isEmpty() ? m_fixture.databasePath() : m_fixture.path(database), source);
+        QCOMPARE(set.refresh(), ok);
+        QCOMPARE(set.error().isEmpty(), ok);
+        QCOMPARE(set.count(), 0);
+        QCOMPARE(set.position(), -1);
+        QCOMPARE(set.word(), QString());
+        QCOMPARE(set.rowid(), qint64(-1));
+        QVERIFY(!set.moveNext() && !set.moveLast());
+        QCOMPARE(set.position(), -1);
+    }
+
+    void refreshSeesNewRowsAndGoesBackToTheFirst()
+    {
+        RecordSet set(m_fixture.databasePath(), "select * from mot order by mot");
+        QVERIFY(set.refresh());
+        const int before = set.count();
+        set.moveLast();
+        WordDatabase db(m_fixture.databasePath());
+        QVERIFY(db.exec("INSERT INTO mot (mot) VALUES ('abeille')"));
+        QVERIFY(set.refresh());
+        QCOMPARE(set.count(), before + 1);
+        QCOMPARE(set.position(), 0);
+        QCOMPARE(set.word(), QStringLiteral("abeille"));
+        QVERIFY(db.exec("delete from mot where mot = 'abeille'"));
+    }
 
 private:
     testsupport::RefFixture m_fixture;
 };
-
-void RecordSetTest::initTestCase()
-{
-    QVERIFY(m_fixture.isValid());
-    WordDatabase &db = m_fixture.database();
-    for (const char *w : {"chemin", "avion", "Bateau", "éclair", "dune", "avion"})
-        QVERIFY(db.exec("INSERT INTO mot (mot) VALUES (?)", {QString::fromUtf8(w)}));
-}
-
-void RecordSetTest::readsInTheProgramsOrder_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QStringList>("words");
-    QTest::addRow("whole table, case-insensitive French order")
-        << "select * from mot order by mot"
-        << QStringList{"avion", "avion", "Bateau", "chemin", "dune", "éclair"};
-    QTest::addRow("two blanks before order, as a selection writes it")
-        << "select * from mot  order by mot"
-        << QStringList{"avion", "avion", "Bateau", "chemin", "dune", "éclair"};
-    QTest::addRow("condition in the program's dialect")
-        << "select * from mot where mot like '*a*' order by mot"
-        << QStringList{"avion", "avion", "Bateau", "éclair"};
-    QTest::addRow("upper-case keywords") << "SELECT * FROM mot WHERE mot = \"DUNE\" ORDER BY mot"
-                                         << QStringList{"dune"};
-}
-
-void RecordSetTest::readsInTheProgramsOrder()
-{
-    QFETCH(QString, source);
-    QFETCH(QStringList, words);
-    RecordSet set(m_fixture.databasePath(), source);
-    QVERIFY2(set.refresh(), qPrintable(set.error()));
-    QCOMPARE(set.count(), words.size());
-    QStringList seen;
-    for (set.moveFirst(); seen.size() < set.count(); set.moveNext())
-        seen << set.word();
-    QCOMPARE(seen, words);
-}
-
-void RecordSetTest::movesStopAtBothEnds_data()
-{
-    QTest::addColumn<QString>("moves"); // F first, P previous, N next, L last, digits: moveTo
-    QTest::addColumn<int>("position");
-    QTest::addColumn<QString>("word");
-    QTest::addColumn<bool>("moved"); // what the last move answered
-    QTest::addRow("starts on the first row") << "" << 0 << "avion" << true;
-    QTest::addRow("previous at the first row stays") << "P" << 0 << "avion" << false;
-    QTest::addRow("next twice") << "NN" << 2 << "Bateau" << true;
-    QTest::addRow("last") << "L" << 5 << "éclair" << true;
-    QTest::addRow("next at the last row stays") << "LN" << 5 << "éclair" << false;
-    QTest::addRow("last then previous") << "LP" << 4 << "dune" << true;
-    QTest::addRow("absolute position") << "3" << 3 << "chemin" << true;
-    QTest::addRow("absolute position past the end stops on the last") << "9" << 5 << "éclair" << false;
-}
-
-void RecordSetTest::movesStopAtBothEnds()
-{
-    QFETCH(QString, moves);
-    QFETCH(int, position);
-    QFETCH(QString, word);
-    QFETCH(bool, moved);
-    RecordSet set(m_fixture.databasePath(), "select * from mot order by mot");
-    QVERIFY(set.refresh());
-    bool last = true;
-    for (QChar m : moves) {
-        if (m == 'F')
-            last = set.moveFirst();
-        else if (m == 'P')
-            last = set.movePrevious();
-        else if (m == 'N')
-            last = set.moveNext();
-        else if (m == 'L')
-            last = set.moveLast();
-        else
-            last = set.moveTo(m.digitValue());
-    }
-    QCOMPARE(set.position(), position);
-    QCOMPARE(set.word(), word);
-    QCOMPARE(last, moved);
-}
-
-void RecordSetTest::duplicatesKeepTheirOwnRowid()
-{
-    RecordSet set(m_fixture.databasePath(), "select * from mot where mot = 'avion' order by mot");
-    QVERIFY(set.refresh());
-    QCOMPARE(set.count(), 2);
-    const qint64 first = set.rowid();
-    set.moveNext();
-    QVERIFY(first > 0 && set.rowid() > 0);
-    QVERIFY(first != set.rowid());
-    // The rowid addresses that one row: deleting by it leaves its twin.
-    WordDatabase db(m_fixture.databasePath());
-    QVERIFY(db.exec("delete from mot where rowid = ?", {first}));
-    QVERIFY(set.refresh());
-    QCOMPARE(set.count(), 1);
-    QVERIFY(db.exec("INSERT INTO mot (mot) VALUES ('avion')"));
-}
-
-void RecordSetTest::missingSourceGivesAnEmptySet_data()
-{
-    QTest::addColumn<QString>("database");
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<bool>("ok");
-    QTest::addRow("table that does not exist") << "" << "select * from disparue order by mot" << false;
-    QTest::addRow("condition the engine refuses") << "" << "select * from mot where mot lik 'a' order by mot" << false;
-    QTest::addRow("no source") << "" << "" << true;
-    QTest::addRow("no database file") << "absent.sqlite" << "select * from mot order by mot" << false;
-}
-
-void RecordSetTest::missingSourceGivesAnEmptySet()
-{
-    QFETCH(QString, database);
-    QFETCH(QString, source);
-    QFETCH(bool, ok);
-    RecordSet set(database.isEmpty() ? m_fixture.databasePath() : m_fixture.path(database), source);
-    QCOMPARE(set.refresh(), ok);
-    QCOMPARE(set.error().isEmpty(), ok);
-    QCOMPARE(set.count(), 0);
-    QCOMPARE(set.position(), -1);
-    QCOMPARE(set.word(), QString());
-    QCOMPARE(set.rowid(), qint64(-1));
-    QVERIFY(!set.moveNext() && !set.moveLast());
-    QCOMPARE(set.position(), -1);
-}
-
-void RecordSetTest::refreshSeesNewRowsAndGoesBackToTheFirst()
-{
-    RecordSet set(m_fixture.databasePath(), "select * from mot order by mot");
-    QVERIFY(set.refresh());
-    const int before = set.count();
-    set.moveLast();
-    WordDatabase db(m_fixture.databasePath());
-    QVERIFY(db.exec("INSERT INTO mot (mot) VALUES ('abeille')"));
-    QVERIFY(set.refresh());
-    QCOMPARE(set.count(), before + 1);
-    QCOMPARE(set.position(), 0);
-    QCOMPARE(set.word(), QStringLiteral("abeille"));
-    QVERIFY(db.exec("delete from mot where mot = 'abeille'"));
-}
 
 QTEST_GUILESS_MAIN(RecordSetTest)
 #include "tst_recordset.moc"
