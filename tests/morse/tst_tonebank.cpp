@@ -36,12 +36,8 @@ private slots:
                                             << QList<int>{776, 2328, 776, 2328, 6984};
         QTest::addRow("SUP stretches letter and word gaps only")
             << TimingPlan{97, 291, 97, 291, 873} << "3" << QList<int>{776, 2328, 776, 6984, 20952};
-        QTest::addRow("SUP 1.1 rounds down") << TimingPlan{97, 291, 97, 291, 873} << "1.1"
-                                             << QList<int>{776, 2328, 776, 2560, 7682};
         QTest::addRow("fractional dash") << TimingPlan{93, 325.5, 93, 279, 837} << "1"
                                          << QList<int>{744, 2604, 744, 2232, 6696};
-        QTest::addRow("fraction of a sample dropped") << TimingPlan{1, 1.0625, 0.1, 0.2, 0.3} << "1"
-                                                      << QList<int>{8, 8, 0, 1, 2};
         QTest::addRow("negative counts give empty buffers") << TimingPlan{97, -291, -97, -1, -2} << "1"
                                                             << QList<int>{776, 0, 0, 0, 0};
         QTest::addRow("SUP that is not a number") << TimingPlan{97, 291, 97, 291, 873} << "beaucoup"
@@ -104,12 +100,6 @@ private slots:
             const int expected = 128 + int(std::floor(127 * std::sin(i * 0.7)));
             QCOMPARE(v[i], expected);
         }
-        // Zero crossings: 0.7 rad per sample is 8000 × 0.7 / 2π ≈ 891 cycles per second.
-        int crossings = 0;
-        for (int i = 1; i < 766; ++i)
-            crossings += (v[i - 1] < 128) != (v[i] < 128);
-        const double heard = crossings / 2.0 / (766 / 8000.0);
-        QVERIFY2(std::abs(heard - 891.3) < 15, qPrintable(QString::number(heard)));
     }
 
     void sampleRange_data()
@@ -119,8 +109,6 @@ private slots:
         QTest::addColumn<int>("high");
         QTest::addRow("full volume: 1 to 254, 255 only at an exact peak") << "127" << 1 << 254;
         QTest::addRow("volume 0 is silence") << "0" << 128 << 128;
-        QTest::addRow("volume 1") << "1" << 127 << 128;
-        QTest::addRow("not a number reads as 0") << "fort" << 128 << 128;
     }
 
     void sampleRange()
@@ -140,8 +128,6 @@ private slots:
     {
         QTest::addColumn<QString>("volume");
         QTest::addRow("128") << "128";
-        QTest::addRow("127.5") << "127.5";
-        QTest::addRow("1000") << "1000";
         QTest::addRow("far below zero") << "-300";
     }
 

@@ -46,7 +46,6 @@ private slots:
                                                << QStringList{"été", "œuf", "€"};
         QTest::addRow("undefined byte, NUL, tab") << QByteArray("a\x81z\r\nn\0u\r\nx\ty\r\n", 15)
                                                    << QStringList{QString("a") + QChar(0x81) + "z", QString("n") + QChar(0) + "u", "x\ty"};
-        QTest::addRow("CR at the very end") << QByteArray("mot\r") << QStringList{"mot"};
     }
 
     void importByteRules()
@@ -122,10 +121,7 @@ private slots:
         QTest::addRow("blank inside") << "mes mots" << false;
         QTest::addRow("existing, other case") << "MOT" << false;
         QTest::addRow("ref") << "ref" << false;
-        QTest::addRow("reserved word") << "select" << false;
         QTest::addRow("second statement") << "x (a); drop table ref; --" << false;
-        QTest::addRow("quote") << "x'y" << false;
-        QTest::addRow("brackets") << "[x]" << false;
         QTest::addRow("engine's own") << "sqlite_x" << false;
     }
 
@@ -148,7 +144,6 @@ private slots:
         QTest::addColumn<QString>("table");
         QTest::addColumn<bool>("done");
         QTest::addRow("empty mot") << "empty" << "mot" << true;
-        QTest::addRow("empty another") << "empty" << "liste" << true;
         QTest::addRow("delete another") << "delete" << "liste" << true;
         QTest::addRow("delete mot is refused") << "delete" << "mot" << false;
         QTest::addRow("delete ref is refused") << "delete" << "ref" << false;
@@ -227,14 +222,11 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
         QTest::addRow("ET") << int(Piece::And) << "" << "and ";
-        QTest::addRow("OU") << int(Piece::Or) << "" << "or ";
         QTest::addRow("au moins") << int(Piece::AtLeast) << "" << "len(mot) >= 3 ";
-        QTest::addRow("au plus") << int(Piece::AtMost) << "" << "len(mot) <= 3 ";
         QTest::addRow("letters a b") << int(Piece::HasLetters) << "ab" << "mot like '*a*'  and mot like '*b*' ";
         QTest::addRow("letters escaped") << int(Piece::HasLetters) << "?'" << "mot like '*[?]*'  and mot like '*''*' ";
         QTest::addRow("no letters * #") << int(Piece::LacksLetters) << "*#" << "mot not like '*[*]*'  and mot not like '*[#]*' ";
         QTest::addRow("string, two blanks") << int(Piece::HasString) << "a?" << "mot  like '*a?*'";
-        QTest::addRow("no string") << int(Piece::LacksString) << "ou" << "mot not like '*ou*'";
         QTest::addRow("starts") << int(Piece::StartsWith) << "ab" << "mot like 'ab*'";
         QTest::addRow("ends") << int(Piece::EndsWith) << "'" << "mot like '*''";
     }
