@@ -40,7 +40,6 @@ private slots:
         QTest::addColumn<QColor>("text");
         QTest::addRow("defaults: blue frame, white text box, blue text") << QStringList() << QColor(Qt::blue) << QColor(Qt::white) << QColor(Qt::blue);
         QTest::addRow("green frame, red box, cyan text") << QStringList{"65280", "255", "16776960"} << QColor(Qt::green) << QColor(Qt::red) << QColor(Qt::cyan);
-        QTest::addRow("mixed") << QStringList{"5649426", "13426124", "0"} << QColor(0x12, 0x34, 0x56) << QColor(0xCC, 0xDD, 0xCC) << QColor(Qt::black);
         QTest::addRow("unreadable values read as defaults") << QStringList{"rouge", "blanc", "-5"} << QColor(Qt::blue) << QColor(Qt::white) << QColor(Qt::blue);
     }
     void storedColoursArePainted()

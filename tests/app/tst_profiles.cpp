@@ -29,7 +29,6 @@ private slots:
         QTest::addColumn<std::optional<QString>>("answer");
         QTest::addColumn<QString>("user");     // shown afterwards
         QTest::addColumn<QString>("speed");    // VITESSE afterwards
-        QTest::addRow("a new user starts on the defaults") << std::optional<QString>("Marc") << "Marc" << "12";
         QTest::addRow("an existing user finds its values") << std::optional<QString>("Anne") << "Anne" << "25";
         QTest::addRow("cancelled: nothing changes") << std::optional<QString>() << "Paul" << "18";
     }
@@ -123,11 +122,9 @@ private slots:
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("value");
         QTest::addRow("delaimot picked") << "delaimot" << "pick 4" << "delaimot" << "2000";
-        QTest::addRow("progression picked") << "PROGRESS" << "pick 1" << "progress" << "egmz0";
         for (const char *n : {"1", "2", "3"})
             QTest::addRow("QRM%s", n) << QString("Q") + n << "click" << QString("qrm") + n + "0" << "1";
         QTest::addRow("correction") << "Fcorrection" << "click" << "fcorrection" << "0";
-        QTest::addRow("start and end signs") << "debfin" << "click" << "debfin" << "0";
         QTest::addRow("hide the text") << "Check1" << "click" << "cache" << "1";
         QTest::addRow("group count picked") << "nbgroup" << "pick 0" << "nbgroup" << "6";
     }

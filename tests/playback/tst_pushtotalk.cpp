@@ -34,7 +34,6 @@ private slots:
         QTest::addColumn<int>("port");
         QTest::addColumn<QString>("path");
         QTest::addRow("COM1 is the first serial device") << "" << 1 << "/dev/ttyS0";
-        QTest::addRow("COM10") << "" << 10 << "/dev/ttyS9";
         QTest::addRow("override with the system index") << "/tmp/x/pty%1" << 1 << "/tmp/x/pty0";
         QTest::addRow("override with the COM number") << "/tmp/x/com%2" << 4 << "/tmp/x/com4";
     }
@@ -95,7 +94,6 @@ private slots:
         QTest::addColumn<int>("port");
         QTest::addColumn<QString>("reason"); // empty: the system's
         QTest::addRow("no such pseudo-terminal") << true << 3 << "";
-        QTest::addRow("no such serial device") << false << 99 << "";
         QTest::addRow("port 0") << true << 0 << "numéro de port invalide";
     }
     void absentPortIsReported()

@@ -46,15 +46,10 @@ private slots:
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QString>("read"); // the field as text
         QTest::addRow("noise flag not a number") << "qrm10" << "abc" << "0";
-        QTest::addRow("noise flag ticked") << "qrm20" << "1" << "1";
         QTest::addRow("empty flag") << "debfin" << "" << "1";
         QTest::addRow("colour as a word") << "color1" << "rouge" << "16711680";
         QTest::addRow("colour out of 24 bits") << "color2" << "99999999" << "16777215";
-        QTest::addRow("negative colour") << "color3" << "-1" << "16711680";
-        QTest::addRow("colour kept") << "color2" << "255" << "255";
         QTest::addRow("port as a device name") << "ncom" << "COM3" << "1";
-        QTest::addRow("port number") << "ncom" << "4" << "4";
-        QTest::addRow("push-to-talk flag") << "activecom" << "x" << "0";
         QTest::addRow("empty last table") << "lasttable" << "" << "mot";
         QTest::addRow("text kept as it is") << "vitesse" << "vite" << "vite";
     }
@@ -78,8 +73,6 @@ private slots:
         QTest::addColumn<quint32>("stored");
         QTest::addColumn<QList<int>>("rgb");
         QTest::addRow("blue default") << quint32(16711680) << QList<int>{0, 0, 255};
-        QTest::addRow("white") << quint32(16777215) << QList<int>{255, 255, 255};
-        QTest::addRow("red") << quint32(255) << QList<int>{255, 0, 0};
         QTest::addRow("mixed") << quint32(0x204080) << QList<int>{0x80, 0x40, 0x20};
     }
 
@@ -104,8 +97,6 @@ private slots:
         QTest::addRow("first use answered") << "parametres" << QStringList{"Paul"} << "Paul" << "Paul" << true << false;
         QTest::addRow("first use blank keeps the marker") << "parametres" << QStringList{"  "} << "défaut"
                                                           << "parametres" << true << true;
-        QTest::addRow("first use cancelled") << "parametres" << QStringList{"<cancel>"} << "défaut"
-                                             << "parametres" << true << true;
         QTest::addRow("first use with a slash") << "parametres" << QStringList{"a/b"} << "défaut"
                                                 << "parametres" << true << true;
     }
