@@ -197,6 +197,7 @@ private slots:
         QVERIFY2(fx->prompts.messages[0].startsWith("Impossible d'écrire le fichier « " + wav + " » : ") && fx->prompts.messages[0].contains(reason),
                  qPrintable(fx->prompts.messages[0]));
         QVERIFY(!prepared() && w("Command1")->isVisible() && !player()->isOpen());
+        QVERIFY(!w("playerDebut")->isEnabled() && !w("playerJouer")->isEnabled()); // nothing to rewind or play
         QCOMPARE(win->statusBar()->findChild<QLabel *>("dureeExercice")->text(), QString());
         if (target == "full")
             QCOMPARE(testsupport::fileBytes(wav), old);

@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QHash>
 #include <QSettings>
 #include <QTest>
 
@@ -22,15 +23,20 @@ const QStringList motWords = {"chemin", "avion", "Bateau", "éclair", "dune"};
 const QStringList qcodeWords = {"QRZ", "QSL", "QRM", "QTH"};
 const QStringList animalWords = {"zèbre", "ours"};
 
-// A quiet 8-bit tone of `ms` at 8000 samples per second.
+// A quiet 8-bit tone of `ms` at 8000 samples per second, made once per process.
 void writeTone(const QString &path, int ms, double hz)
 {
-    QByteArray samples(ms * 8, char(128));
-    for (qsizetype i = 0; i < samples.size(); ++i)
-        samples[i] = char(128 + int(20 * std::sin(2 * M_PI * hz * double(i) / 8000)));
+    static QHash<QPair<int, double>, QByteArray> made;
+    QByteArray &wav = made[{ms, hz}];
+    if (wav.isEmpty()) {
+        QByteArray samples(ms * 8, char(128));
+        for (qsizetype i = 0; i < samples.size(); ++i)
+            samples[i] = char(128 + int(20 * std::sin(2 * M_PI * hz * double(i) / 8000)));
+        wav = wavHeader(quint32(samples.size())) + samples;
+    }
     QFile f(path);
     if (f.open(QIODevice::WriteOnly))
-        f.write(wavHeader(quint32(samples.size())) + samples);
+        f.write(wav);
 }
 } // namespace
 
@@ -70,7 +76,7 @@ MainWindowFixture::MainWindowFixture()
     QDir().mkpath(m_root + "/qrm");
     QDir().mkpath(m_root + "/wav");
     for (int n = 1; n <= 3; ++n)
-        writeTone(m_root + QStringLiteral("/qrm/qrm%1.wav").arg(n), 20000, 300 + 100 * n);
+        writeTone(m_root + QStringLiteral("/qrm/qrm%1.wav").arg(n), 8000, 300 + 100 * n);
     for (const QVariantList &row : db.query("select wav from ref").rows)
         writeTone(m_root + "/wav/" + row.value(0).toString(), 30, 700);
     session.paths = AppPaths::fromProgramDir(m_root);

@@ -25,7 +25,7 @@ namespace testsupport {
 
 // A temporary installation root for the main window (db/ with the reference table and
 // three word tables, tmp/, doc/ with the help page, textes/ with three texts, qrm/ with
-// three 20-second noises, wav/ with a 30 ms sound per character) and a temporary
+// three 8-second noises, wav/ with a 30 ms sound per character) and a temporary
 // settings file, and the session the window is given (its paths point at this root).
 class MainWindowFixture {
 public:
