@@ -1,10 +1,12 @@
 // The word tables in the main window: the list, the record bar, the query field.
 #include "WindowTest.h"
+#include "ui/WordTableArea.h"
 
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QStatusBar>
+#include <QSignalSpy>
 #include <QtTest>
 
 using namespace kelvora;
@@ -141,12 +143,11 @@ private slots:
         };
         apply("mot like '[ab]*'");
         QStringList joins;
-        for (char c = 'a'; c <= 'n'; ++c)
+        for (char c = 'a'; c <= 'l'; ++c)
             joins << QStringLiteral("mot %1").arg(c);
-        QElapsedTimer took;
-        took.start();
+        QSignalSpy notices(win->findChild<WordTableArea *>(), &WordTableArea::notice);
         apply("mot in (select a.mot from " + joins.join(", ") + ")");
-        QVERIFY2(took.elapsed() < 10000, "the condition was not stopped");
+        QCOMPARE(notices.size(), 1); // stopped, and run once for one Enter
         QCOMPARE(caption(), QStringLiteral("2"));
         QCOMPARE(word(), QStringLiteral("avion"));
         QVERIFY2(statusText().startsWith("Requête arrêtée au bout de 2 s"), qPrintable(statusText()));
