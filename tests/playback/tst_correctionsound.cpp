@@ -81,13 +81,13 @@ private slots:
         QTest::addRow("quiet machine") << 0;
         QTest::addRow("two busy threads") << 2;
     }
-    // 22 characters played, "Stopper" while the 22nd sounds: each one's dots, dashes and
+    // 12 characters played, "Stopper" while the 12th sounds: each one's dots, dashes and
     // gaps are heard at their lengths, "Délai entre caractères" apart, and none after.
     void everyCharacterClean()
     {
         QFETCH(int, busyThreads);
         const QString text = QStringLiteral("mais tant et si mal nient");
-        const int played = 22;
+        const int played = 12;
 
         MainWindowFixture fx;
         QVERIFY(fx.isValid());

@@ -43,7 +43,7 @@ private slots:
         }
         for (const auto &reader : m_readers) // the sinks' clocks run from now on
             QVERIFY2(reader->waitForSamples(patience), "parec delivered nothing");
-        SinkPcmOutput::setStallLimitMs(1000); // the sinks run, their monitors being read
+        SinkPcmOutput::setStallLimitMs(600); // the sinks run, their monitors being read
     }
     void cleanupTestCase()
     {
