@@ -9,7 +9,6 @@
 #include <QAction>
 #include <QComboBox>
 #include <QEvent>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -29,20 +28,12 @@ WordTableArea::WordTableArea(const Controls &controls, Session &session, QObject
     connect(m_c.query->lineEdit(), &QLineEdit::returnPressed, this, &WordTableArea::applyQuery);
     connect(m_c.query, &QComboBox::activated, this, &WordTableArea::applyQuery);
     m_c.currentWord->installEventFilter(this);
-    m_c.query->installEventFilter(this);
 }
 
 bool WordTableArea::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_c.currentWord && event->type() == QEvent::MouseButtonDblClick)
         emit wordDoubleClicked(m_c.currentWord->text());
-    // The line edit leaves Enter to its combo box, which hands it back: the condition would
-    // run twice (a runaway one freezing the window twice as long).
-    if (watched == m_c.query && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent *>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter)
-            return true;
-    }
     return QObject::eventFilter(watched, event);
 }
 

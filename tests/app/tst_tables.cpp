@@ -119,9 +119,9 @@ private slots:
         QLineEdit *query = w<QComboBox>("REQ")->lineEdit();
         query->setFocus();
         query->selectAll();
-        QTest::keyClick(query, Qt::Key_Delete);
-        QTest::keyClicks(query, condition);
-        QTest::keyClick(query, Qt::Key_Return);
+        QTest::keyClick(w("REQ"), Qt::Key_Delete); // where a user's keys arrive: the combo box
+        QTest::keyClicks(w("REQ"), condition);
+        QTest::keyClick(w("REQ"), Qt::Key_Return);
         QCOMPARE(caption(), QString::number(count));
         QCOMPARE(word(), first);
         QVERIFY(win->windowTitle().contains(QStringLiteral("Table : mot (%1)").arg(count)));
@@ -138,8 +138,8 @@ private slots:
         QLineEdit *query = w<QComboBox>("REQ")->lineEdit();
         const auto apply = [&](const QString &condition) {
             query->selectAll();
-            QTest::keyClicks(query, condition);
-            QTest::keyClick(query, Qt::Key_Return);
+            QTest::keyClicks(w("REQ"), condition);
+            QTest::keyClick(w("REQ"), Qt::Key_Return);
         };
         apply("mot like '[ab]*'");
         QStringList joins;
