@@ -1,5 +1,7 @@
 #pragma once
 
+#include "playback/MediaDevice.h"
+
 #include <QAudioDevice>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -32,7 +34,7 @@ inline QString runTool(const QString &program, const QStringList &args, bool *ok
 // Empty when real sound can be played and recorded here, otherwise why not.
 inline QString serverProblem()
 {
-    if (qEnvironmentVariableIntValue("KELVORA_SILENT_AUDIO") == 1)
+    if (MediaDevice::silenceForced())
         return QStringLiteral("KELVORA_SILENT_AUDIO=1 is set: no real sound");
     bool ok = false;
     runTool("pactl", {"info"}, &ok);
@@ -178,7 +180,6 @@ struct RecordedSink {
             output = sink->device(timeoutMs);
         return !output.isNull();
     }
-    ~RecordedSink() { recorder.reset(); }
 };
 
 struct Segment {
