@@ -37,24 +37,16 @@ private slots:
 
         QTest::newRow("case ignored") << "Arbre" << "arbre" << 0;
         QTest::newRow("accented capital equals small") << "ÉTÉ" << "été" << 0;
-        QTest::newRow("accent below the next letter") << "Arbre" << "été" << -1;
         QTest::newRow("accents matter") << "e" << "é" << -1;
         QTest::newRow("accent weaker than a letter") << "été" << "ether" << -1;
         QTest::newRow("cote < côte") << "cote" << "côte" << -1;
         QTest::newRow("côte < coté (last accent decides)") << "côte" << "coté" << -1;
         QTest::newRow("cedilla") << "ca" << "ça" << -1;
-        QTest::newRow("cedilla weaker than letters") << "ça" << "cab" << -1;
         QTest::newRow("oe ligature by its letters") << "œuf" << "oeufs" << -1;
-        QTest::newRow("ligature after its spelt form") << "oeuf" << "Œuf" << -1;
         QTest::newRow("sharp s as ss") << "Straße" << "strasses" << -1;
         QTest::newRow("decomposed accent equals composed") << QString::fromUtf8("e\xcc\x81t\xc3\xa9") << "été" << 0;
-        QTest::newRow("decomposed accent still an accent") << QString::fromUtf8("e\xcc\x81") << "e" << 1;
-        QTest::newRow("prefix first") << "a" << "ab" << -1;
-        QTest::newRow("empty first") << "" << "a" << -1;
-        QTest::newRow("digits before letters") << "1" << "a" << -1;
         QTest::newRow("hyphen by its code") << "arc-en-ciel" << "arcade" << -1;
         QTest::newRow("emoji after letters") << QString::fromUtf8("\xf0\x9f\x98\x80") << "z" << 1;
-        QTest::newRow("cyrillic order") << "Арбуз" << "банан" << -1;
     }
 
     void compare()
@@ -73,8 +65,6 @@ private slots:
             << QStringList{"à", "abeille", "abricot", "Ami", "Arbre", "arc-en-ciel", "Ça", "cab", "cote",
                            "côte", "coté", "côté", "Écran", "élève", "été", "fête", "flûte", "garçon",
                            "île", "maïs", "oeuf", "Œuf", "pêche", "péché", "straße", "Zèbre"};
-        QTest::newRow("capitals and accents mixed")
-            << QStringList{"a", "À", "B", "bé", "Bê", "C", "ç", "E", "é", "È", "Ê", "Ë", "Z"};
     }
 
     void sorts()

@@ -26,9 +26,6 @@ void TestQueryDialect::translate_data()
     QTest::newRow("neutral condition")
         << "select * from mot where mot like '*' order by mot"
         << "select * from mot where mot like '*' order by mot COLLATE KVFR";
-    QTest::newRow("missing blanks before and")
-        << "mot not like '*é*' and mot not like '*è*'and mot not like '*-*' "
-        << "mot not like '*é*' and mot not like '*è*'and mot not like '*-*' ";
     QTest::newRow("double-quoted pattern") << R"(mot like "*'*")" << R"(mot like '*''*')";
 
     // Comparisons.
@@ -37,13 +34,11 @@ void TestQueryDialect::translate_data()
         << "a = 'x' COLLATE KVFR or a == 'x' COLLATE KVFR or a <> 'x' COLLATE KVFR or a != 'x' COLLATE KVFR"
            " or a < 'x' COLLATE KVFR or a > 'x' COLLATE KVFR or a <= 'x' COLLATE KVFR or a >= 'x' COLLATE KVFR";
     QTest::newRow("no blank after the literal") << "mot='a'and x=1" << "mot='a' COLLATE KVFR and x=1";
-    QTest::newRow("placeholder") << "mot = ? and n > 3" << "mot = ? COLLATE KVFR and n > 3";
     QTest::newRow("collation already given") << "mot = 'a' collate nocase" << "mot = 'a' collate nocase";
 
     // Strings, identifiers, functions.
     QTest::newRow("double quotes with an apostrophe")
         << R"(insert into mot values ("l'arbre"))" << R"(insert into mot values ('l''arbre'))";
-    QTest::newRow("bracketed names") << "select [mot] from [ma table]" << R"(select "mot" from "ma table")";
     QTest::newRow("left and right")
         << "select left(mot, 2), Right (mot,1) from t left join u on 1"
         << "select jet_left(mot, 2), jet_right (mot,1) from t left join u on 1";
@@ -53,11 +48,8 @@ void TestQueryDialect::translate_data()
     QTest::newRow("comments never rewritten")
         << "select 1 -- \"x\" [y] = 'z'\n, 2 /* order by a */"
         << "select 1 -- \"x\" [y] = 'z'\n, 2 /* order by a */";
-    QTest::newRow("unterminated string kept") << R"(mot = "abc)" << R"(mot = "abc)";
 
     // Order by lists.
-    QTest::newRow("direction and other terms")
-        << "select * from t Order By mot DESC, len(mot), 2" << "select * from t Order By mot COLLATE KVFR DESC, len(mot), 2";
     QTest::newRow("sub-query")
         << R"(select * from (select mot from t order by mot) where mot > "m")"
         << "select * from (select mot from t order by mot COLLATE KVFR) where mot > 'm' COLLATE KVFR";
