@@ -52,11 +52,9 @@ private slots:
         row("timing with the defaults", {"timing"}, 0,
             "NP=120\nNT=48\nES=108\nEL=48\nEM=11\nVP=120\nVT=144\nVS=108\nVL=144\nVM=99\nTT=615\ndot=97\ndash=291\nelementGap=97\n"
             "letterGap=291\nwordGap=873\nSoit 97 Millièmes de secondes pour un point \\(arrondie à l'unité inférieure\\)\n");
-        row("word gap of 7", {"--cm", "7", "timing"}, 0, ".*TT=593\ndot=101\n.*wordGap=707\n.*");
         row("speed clamped to 3", {"--wpm", "2", "timing"}, 0, "NP=30\n.*EM=2\n.*");
         row("reference word trimmed, option with =", {"--wpm=10", "--word", " CODEX ", "timing"}, 0, ".*EM=9\n.*TT=611\n.*");
         row("pattern of a letter", {"pattern", "A"}, 0, "\\.-\ta\\.wav\n");
-        row("pattern of an accented capital", {"pattern", "È"}, 0, "\\.-\\.\\.-\te_grave\\.wav\n");
         row("no row in a fresh process", {"pattern", "~"}, 2, "", "~");
         row("36 groups of 5 of the whole set", {"exercise", "letters"}, 0, "([A-Z]{5} ){36}");
         row("count 0 is 1", {"exercise", "callsigns", "--count", "0"}, 0, "\\S+ ");
@@ -69,35 +67,23 @@ private slots:
         row("progression without words", {"exercise", "progression-words", "--progress", "xyz"}, 0, "", "Pas assez de lettes");
         row("mock exam reads mot whatever the table", {"exercise", "mock-exam", "--table", "vide", "--progress", "a1"}, 0,
             "(a{5} ){30}(1{5} ){6}\r\n\r\n( \\S+){5}  [0-9]{4}.*\\.");
-        row("seed not a number", {"--seed", "sept", "exercise", "letters"}, 2, "", "--seed attend un nombre entier");
         row("unknown kind", {"exercise", "lettres"}, 2, "", "Genre d'exercice inconnu");
-        row("no kind", {"exercise"}, 2, "", "un seul genre");
         row("no command", {}, 2, "", "Il manque la commande");
         row("unknown command", {"joue"}, 2, "", "Commande inconnue");
         row("unknown option", {"--vitesse", "12", "timing"}, 2, "", "Option inconnue");
         row("debfin not 0 or 1", {"--debfin", "oui", "timing"}, 2, "", "--debfin");
-        row("selection not numbers", {"render", "--text", "E", "--selection", "a"}, 2, "", "--selection");
-        row("pattern of two characters", {"pattern", "ab"}, 2, "", "un seul caractère");
         row("unreadable file", {"render", "--file", "/nonexistent/x.txt"}, 2, "", "Impossible de lire");
-        row("calculation error", {"--cm", "-100", "timing"}, 2, "", "positif");
         row("speed too high for a dot", {"--wpm", "1e9", "render", "--text", "E"}, 2, "", "point de 0 ms");
-        row("empty user", {"--user", "", "timing"}, 2, "", "vide");
         row("tables", {"words", "tables"}, 0, "mot\nvide\n");
         row("count with a condition", {"words", "count", "--where", "mot like '*e*'"}, 0, "6\n");
-        row("list in order", {"words", "list", "--where", "len(mot) <= 3"}, 0, "âge\nété\nmer\n");
         row("second statement", {"words", "count", "--where", "1=1; drop table ref"}, 2, "", "Une seule instruction");
-        row("union reading ref", {"words", "list", "--where", "mot like '*' union select car from ref"}, 2, "", "ne peut que lire la table « mot »");
-        row("table ref", {"words", "count", "--table", "ref"}, 2, "", "n'existe pas");
         row("bad create", {"words", "create", "a b"}, 2, "", "erreur de creation de table");
         row("delete mot", {"words", "delete"}, 2, "", "ne peut pas être supprimée");
         row("export", {"words", "export", "--table", "vide"}, 0, ".*/import/vide\\d\\d-\\d\\d_\\d{6}\\.txt\n");
         row("clean", {"words", "clean", "--table", "vide", "--duplicates"}, 0, "Doublons retirés : 0\n");
-        row("unknown action", {"words", "sort"}, 2, "", "Action inconnue");
         row("groups from standard input", {"transform", "groups"}, 0, "ABCDE FGHIJ ", {}, "ABCDEFGHIJKL\n");
-        row("no tool", {"transform"}, 2, "", "attend un outil");
         row("unknown tool", {"transform", "upper"}, 2, "", "Outil inconnu");
         row("text file", {"textfile", "qso.txt"}, 0, "CQ DE F4KVXNoël");
-        row("text file missing", {"textfile", "absent.txt"}, 2, "", "absent.txt");
     }
 
     void commands()
@@ -143,19 +129,12 @@ private slots:
                                                 << QByteArray() << "E E" << "E E";
         QTest::addRow("signs from the profile default") << QStringList{"--text", "A"} << QByteArray()
                                                         << "A" << "VVV A +";
-        QTest::addRow("standard input loses one line feed")
-            << QStringList{"--debfin", "0"} << QByteArray("ET\n") << "ET" << "ET";
         QTest::addRow("standard input loses one CR LF only")
             << QStringList{"--debfin", "0"} << QByteArray("ET\r\n\r\n") << "ET\r\n" << "ET\r\n";
         QTest::addRow("standard input is UTF-8") << QStringList{"--debfin", "0"}
                                                  << QByteArray("\xc3\xa9t\xc3\xa9") << "été" << "été";
         QTest::addRow("selection past every number") << QStringList{"--debfin", "0", "--text", "EEE", "--selection", "2,9223372036854775807"}
                                                      << QByteArray() << "EEE" << "E";
-        QTest::addRow("selection counts after the trim")
-            << QStringList{"--debfin", "0", "--text", "  TE ET", "--selection", "3,2"} << QByteArray()
-            << "TE ET" << "ET";
-        QTest::addRow("signs asked for") << QStringList{"--debfin", "1", "--text", "A"} << QByteArray()
-                                         << "A" << "VVV A +";
         QTest::addRow("Windows-1252 file") << QStringList{"--debfin", "0", "--file", m_root + "/texte.txt"} << QByteArray()
                                            << QString::fromLatin1("\xe9t\xe9\r\n") << "été\r\n";
         QTest::addRow("own signs") << QStringList{"--deb", "CQ", "--fin", "K", "--text", "E"}
@@ -215,30 +194,6 @@ private slots:
         QCOMPARE(r.status, 0);
         QCOMPARE(r.err, QString());
         QCOMPARE(r.out, text);
-    }
-
-    void realProcessExitStatus_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("status");
-        QTest::addRow("render") << QStringList{"render", "--text", "PARIS"} << 0;
-        QTest::addRow("bad usage") << QStringList{"nothing"} << 2;
-        QTest::addRow("missing database") << QStringList{"--root", "/nonexistent", "timing"} << 2;
-    }
-
-    void realProcessExitStatus()
-    {
-        QFETCH(QStringList, arguments);
-        QFETCH(int, status);
-        QProcess p;
-        p.setProgram(QString::fromUtf8(testpaths::treeDir) + "/kelvora-cli");
-        p.setArguments(QStringList{"--root", m_root, "--settings", m_ini} + arguments);
-        p.setProcessChannelMode(QProcess::SeparateChannels);
-        p.start();
-        QVERIFY(p.waitForFinished(30000));
-        QCOMPARE(p.exitCode(), status);
-        if (status != 0)
-            QVERIFY(!p.readAllStandardError().isEmpty());
     }
 
     void writeFailure_data()

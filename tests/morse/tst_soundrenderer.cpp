@@ -29,14 +29,12 @@ private slots:
         QTest::addColumn<QString>("symbols");
         const QString vvv = "...- l ...- l ...-";
         QTest::addRow("empty text: header only") << "" << QPoint() << false << "";
-        QTest::addRow("one letter") << "A" << QPoint() << false << ".-";
         QTest::addRow("letter gap between letters") << "ET" << QPoint() << false << ". l -";
         QTest::addRow("space is a word gap, no letter gap") << "E E" << QPoint() << false << ". w .";
         QTest::addRow("surrounding blanks trimmed") << "  E T  " << QPoint() << false << ". w -";
         QTest::addRow("start and end signs") << "A" << QPoint() << true << vvv + " w .- w .-.-.";
         QTest::addRow("selection only") << "TE ET" << QPoint(3, 2) << false << ". l -";
         QTest::addRow("selection of one character") << "TE" << QPoint(1, 1) << false << ".";
-        QTest::addRow("selection with signs") << "TEA" << QPoint(1, 1) << true << vvv + " w . w .-.-.";
         QTest::addRow("empty selection sends everything") << "TE" << QPoint(1, 0) << false << "- l .";
         QTest::addRow("emoji is one character, sent as the previous row")
             << "E😀T" << QPoint() << false << ". l . l -";
@@ -84,7 +82,6 @@ private slots:
         QTest::addRow("trimmed, no line ending") << "  bonjour  " << QByteArray("bonjour");
         QTest::addRow("accents in Windows-1252") << "été à Noël" << QByteArray("\xe9t\xe9 \xe0 No\xebl");
         QTest::addRow("emoji becomes one ?") << "a😀b" << QByteArray("a?b");
-        QTest::addRow("line breaks kept") << "a\r\nb" << QByteArray("a\r\nb");
     }
 
     void textCopy()
@@ -97,33 +94,6 @@ private slots:
         PatternLookup lookup(m_fixture.database());
         QVERIFY(test(r, lookup).ok);
         QCOMPARE(readFile(r.textPath), bytes);
-    }
-
-    void selectionAfterTrim_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QPoint>("selection");
-        QTest::addColumn<QString>("trimmed");
-        QTest::addColumn<QPoint>("kept");
-        QTest::addRow("leading blanks removed") << "   ET TE" << QPoint(6, 2) << "ET TE" << QPoint(3, 2);
-        QTest::addRow("selection starting in the blanks") << "  ET" << QPoint(1, 2) << "ET" << QPoint(0, 1);
-        QTest::addRow("selection of blanks only") << "  ET" << QPoint(0, 2) << "ET" << QPoint(0, 0);
-        QTest::addRow("selection past the trimmed end") << "ET   " << QPoint(1, 4) << "ET" << QPoint(1, 1);
-    }
-
-    void selectionAfterTrim()
-    {
-        QFETCH(QString, text);
-        QFETCH(QPoint, selection);
-        QFETCH(QString, trimmed);
-        QFETCH(QPoint, kept);
-        RenderRequest r = request(text);
-        r.selectionStart = selection.x();
-        r.selectionLength = selection.y();
-        PatternLookup lookup(m_fixture.database());
-        const RenderResult result = test(r, lookup);
-        QCOMPARE(result.trimmedText, trimmed);
-        QCOMPARE(QPoint(int(result.selectionStart), int(result.selectionLength)), kept);
     }
 
     void volumeErrorTouchesNoFile()
@@ -150,7 +120,6 @@ private slots:
         QTest::addColumn<QString>("reason");
         QTest::addRow("full disk") << "test.wav" << "test.txt" << qint64(3000) << "fichier trop grand";
         QTest::addRow("/dev/full") << "/dev/full" << "test.txt" << qint64(0) << "pas un fichier ordinaire";
-        QTest::addRow("a folder") << "folder" << "test.txt" << qint64(0) << "c'est un dossier";
         QTest::addRow("text copy in a folder") << "test.wav" << "folder" << qint64(0) << "c'est un dossier";
     }
 

@@ -5,7 +5,6 @@
 #include "playback/CorrectionReplay.h"
 #include "playback/MediaDevice.h"
 
-#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QtTest>
@@ -91,22 +90,6 @@ private slots:
         QCOMPARE(m_exo->toPlainText(), QStringLiteral("abcdef"));
         QTest::keyClick(m_exo, Qt::Key_Space); // no correction, no selection: typed
         QCOMPARE(m_exo->toPlainText(), QStringLiteral(" abcdef"));
-    }
-
-    void wordListIsReplayedOnePerLine()
-    {
-        openWith("abc", "1");
-        QTest::mouseClick(m_window->findChild<QWidget *>("Command11"), Qt::LeftButton); // "Liste"
-        auto *list = m_window->findChild<QListWidget *>("List1");
-        QStringList lines;
-        for (int i = 0; i < list->count(); ++i)
-            lines << list->item(i)->text();
-        trigger("cjouer");
-        QVERIFY(m_exo->isVisible());
-        QCOMPARE(m_exo->toPlainText(), lines.join('\n') + '\n');
-        QVERIFY(m_fixture->runUntil([&] { return m_heard->size() >= 1; }));
-        QCOMPARE(m_heard->first().at(0).toString(), lines.first().left(1));
-        trigger("cstop");
     }
 
 private:

