@@ -12,7 +12,6 @@ namespace {
 
 const PcmFormat u8Mono8k{8000, 1, PcmSample::UInt8};
 const PcmFormat s16Mono11k{11025, 1, PcmSample::Int16};
-const PcmFormat s16Stereo44k{44100, 2, PcmSample::Int16};
 
 QByteArray extensibleWav(const QByteArray &pcm)
 {
@@ -59,12 +58,6 @@ private slots:
         const QByteArray s16 = pcmFor(s16Mono11k, 500); // 5512 frames: 499.9 ms
         QTest::addRow("16-bit mono 11025 Hz") << wav(s16Mono11k, s16) << 11025 << 1 << 2 << s16
                                               << qint64(499) << false;
-        const QByteArray stereo = pcmFor(s16Stereo44k, 250);
-        QTest::addRow("16-bit stereo 44100 Hz") << wav(s16Stereo44k, stereo) << 44100 << 2 << 2
-                                                << stereo << qint64(250) << false;
-        const QByteArray list = chunk("LIST", "INFOISFT" + le32(5) + "Kelv\0");
-        QTest::addRow("LIST chunk before data") << wav(u8Mono8k, morse, list) << 8000 << 1 << 1
-                                                << morse << qint64(1000) << false;
         const QByteArray oddBare = chunk("junk", "abc", false);
         QTest::addRow("odd-sized chunk without its pad byte")
             << wav(u8Mono8k, morse, oddBare) << 8000 << 1 << 1 << morse << qint64(1000) << false;
@@ -113,11 +106,9 @@ private slots:
         const QString unsupported = QStringLiteral("format WAV non pris en charge");
         const QByteArray good = wav(u8Mono8k, toneU8(100));
         QTest::addRow("not RIFF") << "bytes" << QByteArray("Bonjour, ceci est du texte.\r\n") << notWav;
-        QTest::addRow("header cut short") << "bytes" << good.left(20) << notWav;
         QTest::addRow("no data chunk") << "bytes"
                                        << "RIFF" + le32(28) + "WAVE" + fmtChunk(u8Mono8k) << notWav;
         QTest::addRow("24-bit samples") << "bytes" << withFmtTag(u8Mono8k, 1, 24, 1) << unsupported;
-        QTest::addRow("six channels") << "bytes" << withFmtTag(u8Mono8k, 1, 16, 6) << unsupported;
         QTest::addRow("missing file") << "missing" << QByteArray()
                                       << QStringLiteral("est introuvable.");
         QTest::addRow("a directory") << "directory" << QByteArray()
@@ -144,19 +135,6 @@ private slots:
         QVERIFY2(error.contains(expected), qPrintable(error));
         QVERIFY2(error.startsWith(QStringLiteral("Le fichier « %1 »").arg(QDir::toNativeSeparators(path))),
                  qPrintable(error));
-    }
-
-    void unreadableFile()
-    {
-        const QString path = m_dir.filePath(QStringLiteral("verrouille.wav"));
-        QVERIFY(writeFile(path, wav(u8Mono8k, toneU8(100))));
-        QVERIFY(QFile::setPermissions(path, QFileDevice::WriteOwner));
-        QFile probe(path);
-        if (probe.open(QIODevice::ReadOnly))
-            QSKIP("this account reads files whatever their permissions (root)");
-        QString error;
-        QVERIFY(!WavReader::read(path, &error).has_value());
-        QVERIFY2(error.contains(QStringLiteral("ne peut pas être lu : ")), qPrintable(error));
     }
 
 private:

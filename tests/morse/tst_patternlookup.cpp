@@ -9,33 +9,17 @@ using namespace kelvora;
 class PatternLookupTest : public QObject {
     Q_OBJECT
 private slots:
-    void condition_data();
-    void condition();
     void pattern_data();
     void pattern();
     void missingRowGivesPreviousRow_data();
     void missingRowGivesPreviousRow();
     void editsAreSeenAtOnce();
-    void unusualPatternCharacters();
 
 private:
     testsupport::RefFixture m_fixture;
 };
 
-void PatternLookupTest::condition_data()
-{
-    QTest::addColumn<QString>("character");
-    QTest::addColumn<QString>("expected");
-    QTest::addRow("letter is lower-cased") << "A" << R"(car = "a")";
-    QTest::addRow("double quote is doubled") << "\"" << R"(car = """")";
-}
 
-void PatternLookupTest::condition()
-{
-    QFETCH(QString, character);
-    QFETCH(QString, expected);
-    QCOMPARE(PatternLookup::condition(character), expected);
-}
 
 void PatternLookupTest::pattern_data()
 {
@@ -45,9 +29,7 @@ void PatternLookupTest::pattern_data()
     QTest::addRow("lower case") << "a" << ".-" << "a.wav";
     QTest::addRow("upper case") << "A" << ".-" << "a.wav";
     QTest::addRow("double quote") << "\"" << ".-..-." << "guillemet.wav";
-    QTest::addRow("prosign <") << "<" << "...-.-" << "sk_fin_de_travail.wav";
     QTest::addRow("E acute capital") << "É" << "..-.." << "e_aigu.wav";
-    QTest::addRow("c cedilla capital") << "Ç" << "-.-.." << "c_cedille.wav";
     QTest::addRow("plain e is not é") << "e" << "." << "e.wav";
 }
 
@@ -99,14 +81,6 @@ void PatternLookupTest::editsAreSeenAtOnce()
     QVERIFY(editor.exec(R"(UPDATE ref SET cw = '-.-' WHERE car = "k")"));
 }
 
-void PatternLookupTest::unusualPatternCharacters()
-{
-    WordDatabase &db = m_fixture.database();
-    QVERIFY(db.exec("INSERT INTO ref (car, cw, wav) VALUES ('§', '.x-', 'x.wav')"));
-    PatternLookup lookup(db);
-    QCOMPARE(lookup.findPattern("§"), QStringLiteral(".x-"));
-    QVERIFY(db.exec(R"(DELETE FROM ref WHERE car = "§")"));
-}
 
 QTEST_GUILESS_MAIN(PatternLookupTest)
 #include "tst_patternlookup.moc"

@@ -194,19 +194,6 @@ private slots:
         QCOMPARE(result.patternPositions, 2);
     }
 
-    void editOfTheTableIsHeardAtTheNextRendering()
-    {
-        PatternLookup lookup(m_fixture.database());
-        const RenderRequest r = request("KEK");
-        test(r, lookup);
-        QCOMPARE(readFile(r.wavPath), expected("-.- l . l -.-"));
-        WordDatabase editor(m_fixture.databasePath());
-        QVERIFY(editor.exec(R"(UPDATE ref SET cw = '--' WHERE car = "k")"));
-        test(r, lookup);
-        QCOMPARE(readFile(r.wavPath), expected("-- l . l --"));
-        QVERIFY(editor.exec(R"(UPDATE ref SET cw = '-.-' WHERE car = "k")"));
-    }
-
 private:
     RenderRequest request(const QString &text) const;
     QByteArray expected(const QString &symbols) const;

@@ -34,7 +34,6 @@ private slots:
         QTest::addColumn<int>("port");
         QTest::addColumn<QString>("path");
         QTest::addRow("COM1 is the first serial device") << "" << 1 << "/dev/ttyS0";
-        QTest::addRow("override with the system index") << "/tmp/x/pty%1" << 1 << "/tmp/x/pty0";
         QTest::addRow("override with the COM number") << "/tmp/x/com%2" << 4 << "/tmp/x/com4";
     }
     void devicePath()
@@ -88,26 +87,6 @@ private slots:
         QVERIFY2(second.open(1), qPrintable(second.errorString())); // free again
     }
 
-    void absentPortIsReported_data()
-    {
-        QTest::addColumn<bool>("overridden");
-        QTest::addColumn<int>("port");
-        QTest::addColumn<QString>("reason"); // empty: the system's
-        QTest::addRow("no such pseudo-terminal") << true << 3 << "";
-        QTest::addRow("port 0") << true << 0 << "numéro de port invalide";
-    }
-    void absentPortIsReported()
-    {
-        QFETCH(bool, overridden);
-        QFETCH(int, port);
-        QFETCH(QString, reason);
-        if (!overridden)
-            qunsetenv("KELVORA_PTT_DEVICE_TEMPLATE");
-        SerialPushToTalk ptt;
-        QVERIFY(!ptt.open(port) && !ptt.isOpen());
-        const QString message = ptt.errorString();
-        QVERIFY2(message.startsWith(failure(port)) && message.size() > failure(port).size() && message.endsWith(reason), qPrintable(message));
-    }
 };
 
 QTEST_GUILESS_MAIN(PushToTalkTest)
