@@ -137,6 +137,8 @@ private slots:
                                                      << QByteArray() << "EEE" << "E";
         QTest::addRow("Windows-1252 file") << QStringList{"--debfin", "0", "--file", m_root + "/texte.txt"} << QByteArray()
                                            << QString::fromLatin1("\xe9t\xe9\r\n") << "été\r\n";
+        QTest::addRow("signs asked for") << QStringList{"--debfin", "1", "--text", "A"} << QByteArray()
+                                         << "A" << "VVV A +";
         QTest::addRow("own signs") << QStringList{"--deb", "CQ", "--fin", "K", "--text", "E"}
                                    << QByteArray() << "E" << "CQ E K";
     }

@@ -9,6 +9,8 @@ using namespace kelvora;
 class PatternLookupTest : public QObject {
     Q_OBJECT
 private slots:
+    void condition_data();
+    void condition();
     void pattern_data();
     void pattern();
     void missingRowGivesPreviousRow_data();
@@ -20,6 +22,22 @@ private:
 };
 
 
+
+// The text of the lookup's condition: the collation would find an upper-case letter anyway.
+void PatternLookupTest::condition_data()
+{
+    QTest::addColumn<QString>("character");
+    QTest::addColumn<QString>("expected");
+    QTest::addRow("letter is lower-cased") << "A" << R"(car = "a")";
+    QTest::addRow("double quote is doubled") << "\"" << R"(car = """")";
+}
+
+void PatternLookupTest::condition()
+{
+    QFETCH(QString, character);
+    QFETCH(QString, expected);
+    QCOMPARE(PatternLookup::condition(character), expected);
+}
 
 void PatternLookupTest::pattern_data()
 {
