@@ -11,8 +11,9 @@ using namespace kelvora;
 
 namespace {
 
-const QList<QAccessible::Role> controls = {QAccessible::PushButton, QAccessible::CheckBox, QAccessible::ComboBox, QAccessible::EditableText,
-                                           QAccessible::SpinBox,    QAccessible::List,     QAccessible::Table};
+const QList<QAccessible::Role> controls = {QAccessible::PushButton, QAccessible::CheckBox,   QAccessible::RadioButton,    QAccessible::ComboBox,
+                                           QAccessible::EditableText, QAccessible::SpinBox, QAccessible::Slider,       QAccessible::ButtonMenu,
+                                           QAccessible::ButtonDropDown, QAccessible::List,  QAccessible::Table};
 
 QString describe(QAccessibleInterface *iface)
 {
@@ -54,9 +55,13 @@ private slots:
                 return;
             const QString name = iface->text(QAccessible::Name).trimmed(), value = iface->text(QAccessible::Value).trimmed();
             // A list's value is its name again in Qt: only what holds a value is asked.
-            const bool holdsValue = iface->role() == QAccessible::ComboBox || iface->role() == QAccessible::EditableText;
-            if (!hidden && controls.contains(iface->role()) && ++named && (name.isEmpty() || (holdsValue && !value.isEmpty() && name == value)))
-                faults << describe(iface);
+            const bool holdsValue = iface->role() == QAccessible::ComboBox || iface->role() == QAccessible::EditableText
+                                    || iface->role() == QAccessible::SpinBox;
+            if (!hidden && controls.contains(iface->role())) {
+                ++named;
+                if (name.isEmpty() || (holdsValue && !value.isEmpty() && name == value))
+                    faults << describe(iface);
+            }
             for (int i = 0; i < iface->childCount(); ++i)
                 visit(iface->child(i), hidden, depth + 1);
         };

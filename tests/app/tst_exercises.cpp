@@ -214,14 +214,15 @@ private slots:
         // A key for each character of the reference table.
         const QList<QPushButton *> keys = keyboard->findChildren<QPushButton *>();
         QCOMPARE(keys.size(), WordDatabase(fx->path("db/kvmot.sqlite")).query("select count(car) from ref").rows.at(0).at(0).toInt());
-        QPushButton *n = *std::find_if(keys.begin(), keys.end(), [](QPushButton *key) { return key->text() == "n"; });
+        const auto n = std::find_if(keys.begin(), keys.end(), [](QPushButton *key) { return key->text() == "n"; });
+        QVERIFY(n != keys.end());
 
         QTest::keyClicks(keyboard, "e"); // the player is free: at once, without signs
         QCOMPARE(exerciseText(), QString("e"));
         QCOMPARE(valueOf("debfin"), QString("0"));
         QVERIFY(!fx->session.playerFree);
         QTest::keyClicks(keyboard, "ta"); // during the sound: they wait
-        testsupport::press(n);
+        testsupport::press(*n);
         QCOMPARE(exerciseText(), QString("e"));
         QVERIFY(fx->runUntil([&] { return exerciseText() == "tan"; })); // one text, in order
         QCOMPARE(keyboard->findChild<QLabel *>("Label2")->text(), QString("tan"));
@@ -229,7 +230,7 @@ private slots:
         // A key is no exercise: its end starts no correction.
         QVERIFY(fx->runUntil([&] { return fx->session.playerFree; }));
         QCOMPARE(w<QTimer>("Timer5")->interval(), 0);
-        testsupport::press(n);
+        testsupport::press(*n);
         keyboard->close(); // what waits is forgotten
         QVERIFY(fx->session.keyboardQueue.isEmpty());
     }

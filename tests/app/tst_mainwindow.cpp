@@ -113,6 +113,10 @@ private slots:
     {
         open();
         const auto counts = [](const QWidget *c) { return c->isVisible() && !c->objectName().isEmpty() && !c->objectName().startsWith("qt_") && !c->isWindow(); };
+        for (QWidget *c : win->findChildren<QWidget *>()) {
+            const bool control = qobject_cast<QAbstractButton *>(c) || qobject_cast<QComboBox *>(c) || qobject_cast<QAbstractItemView *>(c);
+            QVERIFY2(!counts(c) || !control || !c->toolTip().isEmpty() || win->soundPanel()->isAncestorOf(c), qPrintable(c->objectName()));
+        }
         for (const QSize size : {QSize(1180, 800), QSize(900, 640)}) {
             win->resize(size);
             QCoreApplication::processEvents();
@@ -120,8 +124,6 @@ private slots:
             for (QWidget *c : win->findChildren<QWidget *>()) {
                 if (!counts(c) || !c->parentWidget())
                     continue;
-                const bool control = qobject_cast<QAbstractButton *>(c) || qobject_cast<QComboBox *>(c) || qobject_cast<QAbstractItemView *>(c);
-                QVERIFY2(!control || !c->toolTip().isEmpty() || win->soundPanel()->isAncestorOf(c), qPrintable(c->objectName()));
                 // A scroll area's content may be larger than its viewport: it scrolls.
                 const bool scrolled = qobject_cast<QAbstractScrollArea *>(c->parentWidget()->parentWidget());
                 QVERIFY2(scrolled || c->parentWidget()->rect().contains(c->geometry()), qPrintable(c->objectName() + " leaves its parent"));

@@ -22,7 +22,6 @@ private:
 };
 
 
-
 // The text of the lookup's condition: the collation would find an upper-case letter anyway.
 void PatternLookupTest::condition_data()
 {
