@@ -212,7 +212,7 @@ void plainCount(benchmark::State &state)
 }
 
 // What the main window and the editor do when they open the table: the record set reads
-// every word in order; the grid reads the order only.
+// every word and sorts them itself; the grid reads the order only.
 void recordSetOpen(benchmark::State &state)
 {
     Scratch &s = scratch();

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "words/WordBlock.h"
+
 #include <QString>
 
 #include <vector>
 
 namespace kelvora {
+
+class WordDatabase;
 
 // The rows of one record source written in the program's query dialect ("select * from
 // mot order by mot"), with a current position, as the main window's bound record set
@@ -33,8 +37,8 @@ public:
     QString error() const { return m_error; }
     bool timedOut() const { return m_timedOut; }
 
-    int count() const { return int(m_rows.size()); }
-    bool isEmpty() const { return m_rows.empty(); }
+    int count() const { return int(m_rows.order.size()); }
+    bool isEmpty() const { return m_rows.order.empty(); }
     // Zero-based position of the current row, -1 when there is none.
     int position() const { return m_position; }
 
@@ -56,11 +60,14 @@ public:
     static QString withRowid(const QString &source);
 
 private:
-    struct Row {
-        qint64 rowid = -1;
-        QString word;
+    // The rows as read, and the order they are shown in (indexes into them).
+    struct Rows {
+        WordBlock words;
+        std::vector<qint64> rowids;
+        std::vector<quint32> order;
     };
-
+    static bool readAsGiven(WordDatabase &db, const QString &sql, bool hasRowid, Rows &rows);
+    static bool readAndSort(WordDatabase &db, const QString &sql, Rows &rows, bool &sorted);
     void clearRows();
 
     QString m_databasePath;
@@ -69,7 +76,7 @@ private:
     int m_timeLimitMs = 2000;
     QString m_error;
     bool m_timedOut = false;
-    std::vector<Row> m_rows;
+    Rows m_rows;
     int m_position = -1;
 };
 

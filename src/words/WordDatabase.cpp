@@ -88,6 +88,7 @@ struct WordDatabase::Private {
     QDeadlineTimer deadline = QDeadlineTimer::Forever;
     std::function<bool()> keepGoing;
     bool interrupted = false;
+    bool timedOut = false;
 
     // SQLite's progress handler: a non-zero answer interrupts the statement.
     static int shouldStop(void *data)
@@ -145,6 +146,7 @@ struct WordDatabase::Private {
     {
         error.clear();
         interrupted = false;
+        timedOut = false;
         if (!db) {
             // Said again with its reason: the message may be the first the user sees.
             fail(QStringLiteral("La base de mots %1 n'est pas ouverte : %2.").arg(quoted(path), openError));
@@ -217,6 +219,18 @@ struct WordDatabase::Private {
         if (!ok)
             failStatement(sql);
         sqlite3_reset(statement);
+        return ok;
+    }
+
+    // The end of a statement that returned rows under the time limit.
+    bool finishRead(sqlite3_stmt *statement, int rc, const QString &sql)
+    {
+        const bool ok = finish(statement, rc, sql);
+        timedOut = !ok && rc == SQLITE_INTERRUPT && deadline.hasExpired();
+        if (timedOut)
+            fail(QStringLiteral("Requête arrêtée au bout de %1 s : elle ne finissait pas.")
+                     .arg(QLocale(QLocale::French).toString(timeLimitMs / 1000.0, 'g', 3)));
+        stopClock();
         return ok;
     }
 };
@@ -307,17 +321,61 @@ QueryResult WordDatabase::query(const QString &sql, const QVariantList &values, 
             row.append(sqliteValue::column(statement, c));
         result.rows.push_back(std::move(row));
     }
-    result.ok = d->finish(statement, rc, sql);
+    result.ok = d->finishRead(statement, rc, sql);
     if (!result.ok) {
-        result.timedOut = rc == SQLITE_INTERRUPT && d->deadline.hasExpired();
-        if (result.timedOut)
-            d->error = QStringLiteral("Requête arrêtée au bout de %1 s : elle ne finissait pas.")
-                           .arg(QLocale(QLocale::French).toString(d->timeLimitMs / 1000.0, 'g', 3));
+        result.timedOut = d->timedOut;
         result.error = d->error;
         result.rows.clear();
     }
-    d->stopClock();
     return result;
+}
+
+bool WordDatabase::scanRows(const QString &sql, const QVariantList &values,
+                            const std::function<bool(const RowView &)> &row)
+{
+    d->startClock();
+    sqlite3_stmt *statement = d->prepare(sql, values);
+    if (!statement)
+        return false;
+    const RowView view(statement);
+    int rc = SQLITE_DONE;
+    while ((rc = sqlite3_step(statement)) == SQLITE_ROW) {
+        if (!row(view)) {
+            rc = SQLITE_DONE;
+            break;
+        }
+    }
+    return d->finishRead(statement, rc, sql);
+}
+
+bool WordDatabase::timedOut() const
+{
+    return d->timedOut;
+}
+
+QStringList RowView::columnNames() const
+{
+    QStringList names;
+    for (int c = 0; c < sqlite3_column_count(m_statement); ++c)
+        names.append(QString::fromUtf8(sqlite3_column_name(m_statement, c)));
+    return names;
+}
+
+qint64 RowView::integer(int column) const
+{
+    return sqlite3_column_int64(m_statement, column);
+}
+
+std::string_view RowView::text(int column) const
+{
+    const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, column));
+    return text ? std::string_view(text, size_t(sqlite3_column_bytes(m_statement, column))) : std::string_view();
+}
+
+bool RowView::holdsText(int column) const
+{
+    const int type = sqlite3_column_type(m_statement, column);
+    return type == SQLITE_TEXT || type == SQLITE_NULL;
 }
 
 void WordDatabase::readOnly(const QString &table)

@@ -10,6 +10,7 @@
 #include <vector>
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace kelvora {
 
@@ -26,6 +27,23 @@ struct QueryResult {
     bool timedOut = false;    // stopped by the time limit (see setTimeLimit)
     QStringList columns;
     std::vector<QVariantList> rows;
+};
+
+// One row of WordDatabase::scanRows(), read straight from the engine: valid until the
+// next row.
+class RowView {
+public:
+    QStringList columnNames() const;
+    qint64 integer(int column) const;
+    // The engine's UTF-8; no data at all for NULL.
+    std::string_view text(int column) const;
+    // A text or NULL: what a word column holds (not a number nor a blob).
+    bool holdsText(int column) const;
+
+private:
+    friend class WordDatabase;
+    explicit RowView(sqlite3_stmt *statement) : m_statement(statement) {}
+    sqlite3_stmt *m_statement;
 };
 
 // The word database: one SQLite file opened by path. Every call runs exactly one
@@ -57,6 +75,10 @@ public:
     bool scanText(const QString &sql, const QVariantList &values,
                   const std::function<bool(std::string_view)> &row);
 
+    // Every row, for reading many rows without a value per cell; the callback returns
+    // false to stop early. False on an error (errorString(), timedOut()).
+    bool scanRows(const QString &sql, const QVariantList &values, const std::function<bool(const RowView &)> &row);
+
     // Rows changed by the last insert, update or delete.
     qint64 changes() const;
 
@@ -82,6 +104,8 @@ public:
     void setInterruptCheck(std::function<bool()> keepGoing);
     // True when the last statement failed because it was stopped (time limit or check).
     bool wasInterrupted() const;
+    // True when the last query() or scanRows() was stopped by the time limit.
+    bool timedOut() const;
 
     // A name that can stand as a table in a statement: letters, digits and "_", not
     // starting with a digit, and not one of the engine's own tables.

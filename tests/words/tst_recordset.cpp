@@ -15,6 +15,11 @@ private slots:
         WordDatabase &db = m_fixture.database();
         for (const char *w : {"chemin", "avion", "Bateau", "éclair", "dune", "avion"})
             QVERIFY(db.exec("INSERT INTO mot (mot) VALUES (?)", {QString::fromUtf8(w)}));
+        QVERIFY(db.exec("create table ordre (mot TEXT)") && db.exec("create table melange (mot)"));
+        for (const QVariant &w : QVariantList{"côte", "Cote", "", "coté", QVariant(), "côté", "cote", "Cote", "Zèbre", "zebre",
+                                              "œuf", "oeuvre", "ß", "ss", QVariant(), "éléphant", "ELEPHANT", "", "elephant", "e"})
+            QVERIFY(db.exec("insert into ordre values (?)", {w}) && db.exec("insert into melange values (?)", {w}));
+        QVERIFY(db.exec("insert into melange values (12)")); // sorts before every text
     }
 
     void readsInTheProgramsOrder_data()
@@ -40,6 +45,30 @@ private slots:
         for (set.moveFirst(); seen.size() < set.count(); set.moveNext())
             seen << set.word();
         QCOMPARE(seen, words);
+    }
+
+    // The words are sorted here, not by the engine, yet in the engine's order to the last
+    // tie: equal words in rowid order, NULL first, a number before the texts.
+    void sortedAsTheEngineSorts_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addRow("every word") << "select * from ordre order by mot";
+        QTest::addRow("a condition") << "select * from ordre where mot like '*e*' order by mot";
+        QTest::addRow("a number among the words") << "select * from melange order by mot";
+    }
+
+    void sortedAsTheEngineSorts()
+    {
+        QFETCH(QString, source);
+        RecordSet set(m_fixture.databasePath(), source);
+        QVERIFY2(set.refresh(), qPrintable(set.error()));
+        QList<qint64> shown, engine;
+        for (set.moveFirst(); shown.size() < set.count(); set.moveNext())
+            shown << set.rowid();
+        for (const QVariantList &row : m_fixture.database().query(RecordSet::withRowid(source)).rows)
+            engine << row.value(0).toLongLong();
+        QVERIFY(engine.size() >= 10);
+        QCOMPARE(shown, engine);
     }
 
     void movesStopAtBothEnds_data()
