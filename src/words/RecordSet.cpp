@@ -77,6 +77,7 @@ void RecordSet::clearRows()
 {
     m_rows = {};
     m_position = -1;
+    m_readStamp.clear();
 }
 
 bool RecordSet::readAndSort(WordDatabase &db, const QString &sql, Rows &rows, bool &sorted)
@@ -134,6 +135,15 @@ bool RecordSet::refresh()
         clearRows();
         return true; // no source: an empty set, as a closed data control shows
     }
+    // Taken before reading: a commit during the read makes the next refresh read again.
+    QByteArray stamp = WordDatabase::changeStamp(m_databasePath);
+    if (!stamp.isEmpty())
+        stamp += '\n' + m_databasePath.toUtf8() + '\n' + m_source.toUtf8() + '\n' + m_readableTable.toUtf8();
+    if (!stamp.isEmpty() && stamp == m_readStamp) {
+        m_position = m_rows.order.empty() ? -1 : 0;
+        return true;
+    }
+    m_readStamp.clear();
     WordDatabase db(m_databasePath, WordDatabase::OpenMode::ReadOnly);
     if (!db.isOpen()) {
         clearRows();
@@ -164,6 +174,7 @@ bool RecordSet::refresh()
     }
     m_rows = std::move(rows);
     m_position = m_rows.order.empty() ? -1 : 0;
+    m_readStamp = stamp;
     return true;
 }
 

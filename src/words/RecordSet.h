@@ -29,7 +29,8 @@ public:
     // How long a source the user typed may run (2 s; tests shorten it).
     void setTimeLimit(int ms) { m_timeLimitMs = ms; }
 
-    // Reads the source again and stands on the first row. False when the source fails
+    // Reads the source again and stands on the first row (when neither the source nor the
+    // file has changed since the last read, the rows read then are the rows). False when the source fails
     // (a table that does not exist, a bad condition): the set is then empty. A source
     // the user typed that runs past the time limit is stopped and leaves the set as it
     // was (timedOut()).
@@ -78,6 +79,8 @@ private:
     bool m_timedOut = false;
     Rows m_rows;
     int m_position = -1;
+    // What the rows were read from: the same again needs no reading.
+    QByteArray m_readStamp;
 };
 
 } // namespace kelvora

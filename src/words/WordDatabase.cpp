@@ -8,7 +8,9 @@
 #include "words/Transaction.h"
 
 #include <QDeadlineTimer>
+#include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QLocale>
 #include <QRegularExpression>
 
@@ -427,6 +429,21 @@ void WordDatabase::readAnything()
     d->readableTable.reset();
     if (d->db)
         sqlite3_set_authorizer(d->db, nullptr, nullptr);
+}
+
+QByteArray WordDatabase::changeStamp(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray header = file.read(100);
+    // Bytes 18 and 19 are 2 in write-ahead-log mode; 24 to 27 count the commits.
+    if (header.size() < 100 || !header.startsWith(QByteArrayView("SQLite format 3\0", 16)) || header[18] == 2
+        || header[19] == 2)
+        return {};
+    const QFileInfo info(file);
+    return header.mid(24, 4) + QByteArray::number(info.size()) + '/'
+        + QByteArray::number(info.lastModified().toMSecsSinceEpoch());
 }
 
 bool WordDatabase::isTableName(const QString &name)

@@ -111,6 +111,12 @@ public:
     // starting with a digit, and not one of the engine's own tables.
     static bool isTableName(const QString &name);
 
+    // Changes whenever a transaction is committed to the file at `path`, by this program
+    // or another (the engine's change counter, with the file's size and time). Empty
+    // when it cannot tell: no readable database, or one in write-ahead-log mode, whose
+    // commits leave the counter alone.
+    static QByteArray changeStamp(const QString &path);
+
     std::vector<TableDefinition> tableDefinitions();
 
     sqlite3 *handle() const;

@@ -71,6 +71,32 @@ private slots:
         QCOMPARE(shown, engine);
     }
 
+    // A refresh stands on the first row again and sees what another connection committed,
+    // also in write-ahead-log mode, where the engine does not count commits in the file.
+    void refreshSeesCommits_data()
+    {
+        QTest::addColumn<QString>("journal");
+        QTest::addRow("rollback journal") << "delete";
+        QTest::addRow("write-ahead log") << "wal";
+    }
+
+    void refreshSeesCommits()
+    {
+        QFETCH(QString, journal);
+        const QString path = m_fixture.path(journal + ".sqlite");
+        WordDatabase other(path, WordDatabase::OpenMode::ReadWriteCreate);
+        QVERIFY(other.query("pragma journal_mode = " + journal).ok);
+        QVERIFY(other.exec("create table mot (mot TEXT)") && other.exec("insert into mot values ('b'), ('c')"));
+        RecordSet set(path, "select * from mot order by mot");
+        QVERIFY(set.refresh() && set.moveLast());
+        QVERIFY(set.refresh()); // nothing changed
+        QVERIFY(set.position() == 0 && set.count() == 2);
+        QVERIFY(other.exec("insert into mot values ('a')"));
+        QVERIFY(set.refresh());
+        QVERIFY(set.position() == 0 && set.count() == 3);
+        QCOMPARE(set.word(), QStringLiteral("a"));
+    }
+
     void movesStopAtBothEnds_data()
     {
         QTest::addColumn<QString>("moves"); // F first, P previous, N next, L last, digits: moveTo
