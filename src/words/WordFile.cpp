@@ -3,6 +3,8 @@
 #include "core/TextUtils.h"
 #include "core/Windows1252.h"
 
+#include <algorithm>
+
 namespace kelvora::wordFile {
 
 QString exportName(const QString &table, const QDateTime &when)
@@ -16,19 +18,20 @@ void appendLine(QByteArray &out, const QString &word)
     out += "\r\n";
 }
 
-std::vector<QString> parseWords(QByteArrayView bytes)
+bool forEachWord(QByteArrayView bytes, const std::function<bool(const QString &word, qsizetype read)> &visit)
 {
-    std::vector<QString> words;
     const qsizetype size = bytes.size();
     qsizetype start = 0;
     for (qsizetype i = 0; i < size; ++i) {
         if (bytes[i] != '\r')
             continue;
-        words.push_back(windows1252::decode(bytes.sliced(start, i - start).toByteArray()));
+        const QString word = windows1252::decode(bytes.sliced(start, i - start).toByteArray());
         ++i; // the byte after the CR is read and thrown away
         start = i + 1;
+        if (!visit(word, std::min(start, size)))
+            return false;
     }
-    return words;
+    return true;
 }
 
 } // namespace kelvora::wordFile

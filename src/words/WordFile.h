@@ -5,7 +5,7 @@
 #include <QDateTime>
 #include <QString>
 
-#include <vector>
+#include <functional>
 
 namespace kelvora::wordFile {
 
@@ -22,7 +22,9 @@ void appendLine(QByteArray &out, const QString &word);
 // word and the byte after it is skipped unread (the LF, or whatever stands there); every
 // other byte belongs to the word. So a last line without CR is not imported, lines ended
 // by LF alone give nothing, and a CR without LF eats the first character of the next line.
-// Words keep their blanks.
-std::vector<QString> parseWords(QByteArrayView bytes);
+// Words keep their blanks. `visit` gets each word, and how many bytes have been read,
+// one word at a time (a large file is never held as words); it returns false to stop.
+// False when it stopped.
+bool forEachWord(QByteArrayView bytes, const std::function<bool(const QString &word, qsizetype read)> &visit);
 
 } // namespace kelvora::wordFile

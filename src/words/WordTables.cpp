@@ -191,8 +191,10 @@ WordTables::Import WordTables::importFile(const QString &table, const QString &f
     if (!result.backup.ok)
         return result;
 
-    std::vector<QString> words;
+    // The words go to the table one at a time, never held all at once. (Read, not mapped:
+    // a mapped file cut short by another program would kill this one.)
     QFile input(file);
+    QByteArray bytes;
     if (!input.exists()) {
         result.fileMissing = true; // nothing to import; the clean-up still runs
     } else if (!input.open(QIODevice::ReadOnly)) {
@@ -200,7 +202,7 @@ WordTables::Import WordTables::importFile(const QString &table, const QString &f
                       .arg(chevrons(QDir::toNativeSeparators(file)), input.errorString());
         return result;
     } else {
-        words = wordFile::parseWords(input.readAll());
+        bytes = input.readAll();
     }
 
     WordDatabase db(m_databasePath);
@@ -211,12 +213,16 @@ WordTables::Import WordTables::importFile(const QString &table, const QString &f
         if (!before.ok)
             return false;
         result.before = before.rows.front().value(0).toLongLong();
-        for (size_t i = 0; i < words.size(); ++i) {
-            if (!w.exec(insert, {words[i]}))
+        qint64 added = 0;
+        const bool allAdded = wordFile::forEachWord(bytes, [&](const QString &word, qsizetype read) {
+            if (!w.exec(insert, {word}))
                 return false;
-            if (i % reportEvery == 0)
-                report(Step::Import, qint64(i), qint64(words.size()));
-        }
+            if (added++ % reportEvery == 0)
+                report(Step::Import, read, bytes.size());
+            return true;
+        });
+        if (!allAdded)
+            return false;
         if (cleanUp(w, table, blankWordsSql()) < 0 || cleanUp(w, table, duplicatesSql(false)) < 0)
             return false;
         const QueryResult after = w.query(countAll);

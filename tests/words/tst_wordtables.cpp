@@ -52,8 +52,9 @@ private slots:
     {
         QFETCH(QByteArray, bytes);
         QFETCH(QStringList, words);
-        const std::vector<QString> parsed = wordFile::parseWords(bytes);
-        QCOMPARE(QStringList(parsed.begin(), parsed.end()), words);
+        QStringList parsed;
+        QVERIFY(wordFile::forEachWord(bytes, [&parsed](const QString &word, qsizetype) { parsed << word; return true; }));
+        QCOMPARE(parsed, words);
     }
 
     void exportWritesTheRecordOrderInWindows1252()
@@ -193,6 +194,14 @@ private slots:
         const WordTables::Import none = t.importFile("mot", missing);
         QVERIFY(none.ok && none.fileMissing && none.before == 2 && none.after == 2);
         QVERIFY(!QFile::exists(missing));
+
+        // A word the table refuses, after others: none of them stays.
+        QVERIFY(m_fixture->database().exec("create table strict (mot TEXT check (mot <> 'non'))"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("c\r\nnon\r\nd\r\n") > 0);
+        file.close();
+        QVERIFY(!t.importFile("strict", file.fileName()).ok);
+        QVERIFY2(t.errorString().endsWith("La table est restée comme avant l'import."), qPrintable(t.errorString()));
+        QCOMPARE(wordsOf(m_fixture->database(), "strict"), QStringList());
     }
 
     void failedExportLeavesTheTableAlone()
