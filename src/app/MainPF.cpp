@@ -481,6 +481,7 @@ void MainPF::raz()
 
 void MainPF::quitter()
 {
+    m_generator->stop();
     emit programEnding();
     // exit() ends the event loop without asking the windows to close, so the settings
     // panel cannot hold the program open.
@@ -508,6 +509,7 @@ void MainPF::closeEvent(QCloseEvent *event)
         showNotice(QStringLiteral("Terminez d'abord les réglages avec « Valider »."));
         return;
     }
+    m_generator->stop();
     event->accept();
 }
 

@@ -66,6 +66,12 @@ void ExerciseGenerator::abandon()
     m_abandoned = true;
 }
 
+void ExerciseGenerator::stop()
+{
+    m_timer3->stop();
+    m_abandoned = m_busy;
+}
+
 void ExerciseGenerator::mockExamSetUp()
 {
     m_c.append->setChecked(false);

@@ -47,6 +47,9 @@ public:
     // One entry of the menu, as its click does it.
     void run(exercises::Kind kind);
     QTimer *timer3() const { return m_timer3; }
+    // The program is ending: a search under way gives up at once, without a message
+    // that would outlive the window.
+    void stop();
 
 signals:
     // The Command1 action: prepare the sound of the new text.

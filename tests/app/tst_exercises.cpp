@@ -249,6 +249,13 @@ private slots:
         QCOMPARE(fx->prompts.messages, QStringList{QString::fromUtf8(exercises::abandonMessage)});
         QCOMPARE(exerciseText(), QString());
         QVERIFY(!win->generator()->timer3()->isActive());
+
+        // The window closed during a search: it stops there, and no message outlives it.
+        fx->prompts.messages.clear();
+        win->generator()->timer3()->setInterval(5000);
+        QTimer::singleShot(0, win.get(), [this] { win->close(); });
+        trigger("motprogression");
+        QVERIFY(fx->prompts.messages.isEmpty() && exerciseText().isEmpty() && win->isHidden());
     }
 };
 
