@@ -55,6 +55,9 @@ mutants=$(cat <<'EOF'
 36 | WavReader.cpp | if (bits != 8 && bits != 16) | if (bits != 8 && bits != 24) | 16-bit noise files are refused
 37 | PcmConverter.cpp | return (float(static_cast<unsigned char>(*p)) - 128.0f) / 128.0f; | return (float(static_cast<unsigned char>(*p)) - 127.0f) / 128.0f; | 8-bit sound is played off-centre
 38 | JetFunctions.cpp | {"lcase", 1, lcase}, | {"lcase", 1, len}, | lcase() in a condition gives a length
+39 | WordDatabase.cpp | const bool writeAheadLog = header[18] == 2 || header[19] == 2; | const bool writeAheadLog = false; | a table in write-ahead-log mode no longer shows another program's new words
+40 | RecordSet.cpp | [&null](quint32 i) { return null[i]; } | [&null](quint32 i) { return null[i] && false; } | empty cells no longer come first in the table's order
+41 | WordTables.cpp | if (!allAdded) | if (false && !allAdded) | a word the table refuses leaves the words before it imported
 EOF
 )
 

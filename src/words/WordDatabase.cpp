@@ -437,9 +437,11 @@ QByteArray WordDatabase::changeStamp(const QString &path)
     if (!file.open(QIODevice::ReadOnly))
         return {};
     const QByteArray header = file.read(100);
+    if (header.size() < 100 || !header.startsWith(QByteArrayView("SQLite format 3\0", 16)))
+        return {};
     // Bytes 18 and 19 are 2 in write-ahead-log mode; 24 to 27 count the commits.
-    if (header.size() < 100 || !header.startsWith(QByteArrayView("SQLite format 3\0", 16)) || header[18] == 2
-        || header[19] == 2)
+    const bool writeAheadLog = header[18] == 2 || header[19] == 2;
+    if (writeAheadLog)
         return {};
     const QFileInfo info(file);
     return header.mid(24, 4) + QByteArray::number(info.size()) + '/'
