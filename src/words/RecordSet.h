@@ -29,11 +29,11 @@ public:
     // How long a source the user typed may run (2 s; tests shorten it).
     void setTimeLimit(int ms) { m_timeLimitMs = ms; }
 
-    // Reads the source again and stands on the first row (when neither the source nor the
-    // file has changed since the last read, the rows read then are the rows). False when the source fails
-    // (a table that does not exist, a bad condition): the set is then empty. A source
-    // the user typed that runs past the time limit is stopped and leaves the set as it
-    // was (timedOut()).
+    // Reads the source again and stands on the first row; when neither the source nor the
+    // file has changed since the last read, the rows read then are kept. False when the
+    // source fails (a table that does not exist, a bad condition): the set is then empty.
+    // A source the user typed that runs past the time limit is stopped and leaves the set
+    // as it was (timedOut()).
     bool refresh();
     QString error() const { return m_error; }
     bool timedOut() const { return m_timedOut; }
