@@ -335,6 +335,12 @@ QueryResult WordDatabase::query(const QString &sql, const QVariantList &values, 
 bool WordDatabase::scanRows(const QString &sql, const QVariantList &values,
                             const std::function<bool(const RowView &)> &row)
 {
+    return scan(sql, values, row, true);
+}
+
+bool WordDatabase::scan(const QString &sql, const QVariantList &values,
+                        const std::function<bool(const RowView &)> &row, bool tellTimeOut)
+{
     d->startClock();
     sqlite3_stmt *statement = d->prepare(sql, values);
     if (!statement)
@@ -347,7 +353,10 @@ bool WordDatabase::scanRows(const QString &sql, const QVariantList &values,
             break;
         }
     }
-    return d->finishRead(statement, rc, sql);
+    if (tellTimeOut)
+        return d->finishRead(statement, rc, sql);
+    d->stopClock();
+    return d->finish(statement, rc, sql);
 }
 
 bool WordDatabase::timedOut() const
@@ -407,21 +416,7 @@ bool WordDatabase::wasInterrupted() const
 bool WordDatabase::scanText(const QString &sql, const QVariantList &values,
                             const std::function<bool(std::string_view)> &row)
 {
-    d->startClock();
-    sqlite3_stmt *statement = d->prepare(sql, values);
-    if (!statement)
-        return false;
-    int rc = SQLITE_DONE;
-    while ((rc = sqlite3_step(statement)) == SQLITE_ROW) {
-        const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, 0));
-        const int size = sqlite3_column_bytes(statement, 0);
-        if (!row(text ? std::string_view(text, size_t(size)) : std::string_view())) {
-            rc = SQLITE_DONE;
-            break;
-        }
-    }
-    d->stopClock();
-    return d->finish(statement, rc, sql);
+    return scan(sql, values, [&row](const RowView &view) { return row(view.text(0)); }, false);
 }
 
 void WordDatabase::readAnything()

@@ -122,6 +122,11 @@ public:
     sqlite3 *handle() const;
 
 private:
+    // scanRows(); a stop by the time limit is told as such (timedOut(), its own message)
+    // only when `tellTimeOut`.
+    bool scan(const QString &sql, const QVariantList &values, const std::function<bool(const RowView &)> &row,
+              bool tellTimeOut);
+
     struct Private;
     std::unique_ptr<Private> d;
 };
